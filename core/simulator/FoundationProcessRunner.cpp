@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QTimer>
 
 #include <coroutine>
 #include <utility>
@@ -43,7 +44,7 @@ private:
     void endSoon() {
         if (std::exchange(m_isEnding, true))
             return;
-        QMetaObject::invokeMethod(&m_process, [this] { m_handle.resume(); }, Qt::QueuedConnection);
+        QTimer::singleShot(0, [handle = m_handle] { handle.resume(); });
     }
 
     QProcess m_process;
