@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "safari/SafariAXInspector.h"
+
+#include "safari/AXSupport.h"
+#include "safari/SafariMenuTargetParser.h"
+#include "safari/WorkspaceAutomationError.h"
+#include "support/CancelledError.h"
+#include "support/NameOrder.h"
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+
+namespace corvanta {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto menuPressPause = 120ms;
+constexpr auto inspectorWindowInterval = 200ms;
+constexpr int inspectorWindowLooks = 30;
+constexpr int deviceItemDepth = 5;
+
+} // namespace
+
+SafariAXInspector::SafariAXInspector(AccessibilityClient& client, Desktop& desktop, Clock& clock,
+                                     QString safariBundleIdentifier)
+    : m_client(client)
+    , m_desktop(desktop)
+    , m_clock(clock)
+    , m_safariBundleIdentifier(std::move(safariBundleIdentifier)) {}
+
+QCoro::Task<void> SafariAXInspector::ensureSafariRunning() {
+    if (m_desktop.isRunning(m_safariBundleIdentifier))
+        co_return;
+    QString failure;
+    try {
+        co_await m_desktop.openApplication(u"/Applications/Safari.app"_s);
+        co_return;
+    } catch (...) {
+        failure = errorTexts(std::current_exception()).description;
+    }
+    throw WorkspaceAutomationError::safariCouldNotLaunch(failure);
+}
+
+std::vector<AccessibilityElement> SafariAXInspector::menuBarItems() {
+    const auto application = AXSupport::application(m_client, m_safariBundleIdentifier);
+    if (!application)
+        return {};
+    const auto menuBar = AXSupport::element(m_client, *application, u"AXMenuBar");
+    return menuBar ? AXSupport::children(m_client, *menuBar) : std::vector<AccessibilityElement>{};
+}
+
+bool SafariAXInspector::isDevelopItem(const AccessibilityElement& item) {
+    return compareNames(AXSupport::label(m_client, item), u"Develop") == 0;
+}
+
+bool SafariAXInspector::developerFeaturesAvailable() {
+    return std::ranges::any_of(menuBarItems(), [this](const auto& item) { return isDevelopItem(item); });
+}
+
+QCoro::Task<void> SafariAXInspector::pause(Clock::Duration duration, CancellationToken token) {
+    if (co_await m_clock.sleepFor(duration, token) == SleepResult::cancelled)
+        throw CancelledError();
+}
+
+QCoro::Task<SafariAXInspector::DeviceMenu> SafariAXInspector::openDeviceMenu(QString deviceName,
+                                                                             CancellationToken token) {
+    if (!m_client.isTrusted())
+        throw WorkspaceAutomationError::accessibilityPermissionMissing();
+    const auto application = AXSupport::application(m_client, m_safariBundleIdentifier);
+    if (!application)
+        throw WorkspaceAutomationError::developMenuUnavailable();
+    const auto menuBar = AXSupport::element(m_client, *application, u"AXMenuBar");
+    if (!menuBar)
+        throw WorkspaceAutomationError::developMenuUnavailable();
+
+    const auto items = AXSupport::children(m_client, *menuBar);
+    const auto found = std::ranges::find_if(items, [this](const auto& item) { return isDevelopItem(item); });
+    if (found == items.end())
+        throw WorkspaceAutomationError::safariDeveloperFeaturesMissing();
+    const AccessibilityElement developItem = *found;
+
+    m_client.performAction(developItem, u"AXPress");
+    co_await pause(menuPressPause, token);
+
+    const auto deviceItem =
+        AXSupport::firstDescendant(m_client, developItem, deviceItemDepth, [&](const AccessibilityElement& element) {
+            return containsName(AXSupport::label(m_client, element), deviceName);
+        });
+    if (!deviceItem) {
+        m_client.performAction(developItem, u"AXCancel");
+        throw WorkspaceAutomationError::simulatorMenuUnavailable(deviceName);
+    }
+    m_client.performAction(*deviceItem, u"AXPress");
+    co_await pause(menuPressPause, token);
+    co_return DeviceMenu{developItem, *deviceItem};
+}
+
+AccessibilityMenuNode SafariAXInspector::readDeviceMenu(const AccessibilityElement& deviceItem) {
+    m_targetElements.clear();
+    return makeNode(deviceItem, {}, m_targetElements);
+}
+
+AccessibilityMenuNode SafariAXInspector::makeNode(const AccessibilityElement& element, const QStringList& path,
+                                                  ElementMap& elementMap) {
+    AccessibilityMenuNode node;
+    node.title = AXSupport::label(m_client, element);
+    node.id = path.join(u'.') + u'|' + node.title;
+    elementMap.insert(node.id, element);
+
+    const auto children = AXSupport::children(m_client, element);
+    node.children.reserve(children.size());
+    for (std::size_t index = 0; index < children.size(); ++index)
+        node.children.push_back(makeNode(children[index], path + QStringList{QString::number(index)}, elementMap));
+
+    const auto enabled = m_client.attribute(element, u"AXEnabled");
+    const auto* const flag = enabled ? std::get_if<bool>(&*enabled) : nullptr;
+    const auto* const number = enabled ? std::get_if<double>(&*enabled) : nullptr;
+    node.isEnabled = flag ? *flag : !number || *number != 0;
+    return node;
+}
+
+QCoro::Task<std::vector<SafariTarget>> SafariAXInspector::snapshotTargets(QString deviceName,
+                                                                          CancellationToken token) {
+    const auto turn = co_await m_menuTurns.next();
+    const DeviceMenu menu = co_await openDeviceMenu(deviceName, token);
+    const AccessibilityMenuNode root = readDeviceMenu(menu.deviceItem);
+    auto targets = SafariMenuTargetParser::targets(root, deviceName);
+    m_client.performAction(menu.developItem, u"AXCancel");
+    co_return targets;
+}
+
+std::vector<AccessibilityElement> SafariAXInspector::inspectorWindows() {
+    const auto application = AXSupport::application(m_client, m_safariBundleIdentifier);
+    if (!application)
+        return {};
+    auto windows = AXSupport::windows(m_client, *application);
+    std::erase_if(windows, [this](const auto& window) { return !AXSupport::isWebInspectorWindow(m_client, window); });
+    return windows;
+}
+
+QSet<std::size_t> SafariAXInspector::inspectorWindowHashes() {
+    QSet<std::size_t> hashes;
+    for (const AccessibilityElement& window : inspectorWindows())
+        hashes.insert(window.hash());
+    return hashes;
+}
+
+QCoro::Task<std::optional<AccessibilityElement>>
+SafariAXInspector::waitForInspectorWindow(QSet<std::size_t> excluding, CancellationToken token) {
+    for (int look = 0; look < inspectorWindowLooks; ++look) {
+        for (const AccessibilityElement& window : inspectorWindows()) {
+            if (!excluding.contains(window.hash()))
+                co_return window;
+        }
+        co_await pause(inspectorWindowInterval, token);
+    }
+    co_return std::nullopt;
+}
+
+QCoro::Task<void> SafariAXInspector::pressTarget(SafariTarget target, QString deviceName, CancellationToken token) {
+    const auto turn = co_await m_menuTurns.next();
+    const DeviceMenu menu = co_await openDeviceMenu(deviceName, token);
+    [[maybe_unused]] const AccessibilityMenuNode root = readDeviceMenu(menu.deviceItem);
+    const auto element = m_targetElements.constFind(target.id);
+    if (element == m_targetElements.cend() || !m_client.performAction(*element, u"AXPress")) {
+        m_client.performAction(menu.developItem, u"AXCancel");
+        throw WorkspaceAutomationError::targetUnavailable(target.title);
+    }
+}
+
+void SafariAXInspector::closeWindow(const AccessibilityElement& window) {
+    if (const auto closeButton = AXSupport::element(m_client, window, u"AXCloseButton"))
+        m_client.performAction(*closeButton, u"AXPress");
+}
+
+QCoro::Task<void> SafariAXInspector::attach(SafariTarget target, QString deviceName, CancellationToken token) {
+    const QSet<std::size_t> existing = inspectorWindowHashes();
+    co_await pressTarget(target, deviceName, token);
+    const auto window = co_await waitForInspectorWindow(existing, token);
+    if (!window)
+        throw WorkspaceAutomationError::inspectorWindowUnavailable();
+    if (m_managedInspectorWindow && m_managedInspectorWindow->hash() != window->hash())
+        closeWindow(*m_managedInspectorWindow);
+    m_managedInspectorWindow = window;
+}
+
+std::optional<AccessibilityElement> SafariAXInspector::managedInspectorWindow() const {
+    return m_managedInspectorWindow;
+}
+
+bool SafariAXInspector::managedInspectorIsPresent() {
+    return m_managedInspectorWindow && inspectorWindowHashes().contains(m_managedInspectorWindow->hash());
+}
+
+} // namespace corvanta

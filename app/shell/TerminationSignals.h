@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+class QSocketNotifier;
+
+namespace corvanta {
+
+/// Turns SIGTERM and SIGINT into a signal on the main thread, so that a killed program still tidies up.
+///
+/// One instance at a time; the signals get their default effect back when it is destroyed.
+class TerminationSignals final : public QObject {
+    Q_OBJECT
+
+public:
+    explicit TerminationSignals(QObject* parent = nullptr);
+    ~TerminationSignals() override;
+
+Q_SIGNALS:
+    void terminationRequested();
+
+private:
+    QSocketNotifier* m_notifier = nullptr;
+};
+
+} // namespace corvanta

@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+#include "window/Widgets.h"
+
+#include "window/Appearance.h"
+
+#include <QPainter>
+#include <QResizeEvent>
+#include <QTimerEvent>
+#include <QVBoxLayout>
+
+namespace corvanta {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int markSize = 16;
+constexpr int stepsPerTurn = 12;
+
+} // namespace
+
+Card::Card(QWidget* parent)
+    : QFrame(parent)
+    , m_rows(new QVBoxLayout(this)) {
+    setObjectName(u"card"_s);
+    m_rows->setContentsMargins(12, 12, 12, 12);
+    m_rows->setSpacing(8);
+}
+
+StateMark::StateMark(QWidget* parent)
+    : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void StateMark::show(SetupCheckState state) {
+    const Appearance appearance = Appearance::forPalette(palette());
+    switch (state) {
+    case SetupCheckState::passed:
+        m_shape = Shape::check;
+        m_colour = appearance.passed;
+        break;
+    case SetupCheckState::failed:
+        m_shape = Shape::cross;
+        m_colour = appearance.failed;
+        break;
+    case SetupCheckState::blocked:
+        m_shape = Shape::dash;
+        m_colour = appearance.blocked;
+        break;
+    }
+    update();
+}
+
+void StateMark::show(WorkspacePhase phase) {
+    const Appearance appearance = Appearance::forPalette(palette());
+    m_shape = phase == WorkspacePhase::failed ? Shape::cross : Shape::dot;
+    m_colour = phase == WorkspacePhase::running  ? appearance.passed
+               : phase == WorkspacePhase::failed ? appearance.failed
+               : isWorking(phase)                ? appearance.accent
+                                                 : appearance.blocked;
+    update();
+}
+
+QSize StateMark::sizeHint() const {
+    return {markSize, markSize};
+}
+
+void StateMark::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_colour);
+    const QPointF centre = rect().toRectF().center();
+    if (m_shape == Shape::dot) {
+        painter.drawEllipse(centre, 5, 5);
+        return;
+    }
+    painter.drawEllipse(centre, 7.5, 7.5);
+    painter.setPen(QPen(Appearance::forPalette(palette()).card, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    painter.translate(centre);
+    switch (m_shape) {
+    case Shape::check:
+        painter.drawPolyline(QPolygonF{{-3.4, 0.2}, {-1, 2.6}, {3.4, -2.4}});
+        break;
+    case Shape::cross:
+        painter.drawLine(QPointF(-2.6, -2.6), QPointF(2.6, 2.6));
+        painter.drawLine(QPointF(-2.6, 2.6), QPointF(2.6, -2.6));
+        break;
+    case Shape::dash:
+        painter.drawLine(QPointF(-3.2, 0), QPointF(3.2, 0));
+        break;
+    case Shape::dot:
+        break;
+    }
+}
+
+ProgressIndicator::ProgressIndicator(QWidget* parent)
+    : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAccessibleName(tr("Working"));
+}
+
+void ProgressIndicator::setActive(bool isActive) {
+    if (isActive == this->isActive())
+        return;
+    if (isActive) {
+        m_timer = startTimer(std::chrono::milliseconds(1000 / stepsPerTurn));
+    } else {
+        killTimer(m_timer);
+        m_timer = 0;
+    }
+    update();
+}
+
+QSize ProgressIndicator::sizeHint() const {
+    return {markSize, markSize};
+}
+
+void ProgressIndicator::paintEvent(QPaintEvent*) {
+    if (!isActive())
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const Appearance appearance = Appearance::forPalette(palette());
+    const QRectF circle = rect().toRectF().adjusted(2, 2, -2, -2);
+    painter.setPen(QPen(appearance.hairline, 2));
+    painter.drawEllipse(circle);
+    painter.setPen(QPen(appearance.accent, 2, Qt::SolidLine, Qt::RoundCap));
+    constexpr int sixteenthsOfDegree = 16;
+    painter.drawArc(circle, -m_angle * sixteenthsOfDegree, 100 * sixteenthsOfDegree);
+}
+
+void ProgressIndicator::timerEvent(QTimerEvent*) {
+    m_angle = (m_angle + 360 / stepsPerTurn) % 360;
+    update();
+}
+
+ElidingButton::ElidingButton(const QString& text, QWidget* parent)
+    : QPushButton(text, parent)
+    , m_text(text) {
+    setAccessibleName(text);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+QSize ElidingButton::minimumSizeHint() const {
+    return {60, QPushButton::minimumSizeHint().height()};
+}
+
+void ElidingButton::resizeEvent(QResizeEvent* event) {
+    constexpr int horizontalPadding = 24;
+    const QString shown = fontMetrics().elidedText(m_text, Qt::ElideMiddle, event->size().width() - horizontalPadding);
+    setText(shown);
+    setToolTip(shown == m_text ? QString() : m_text);
+    QPushButton::resizeEvent(event);
+}
+
+QLabel* makeLabel(TextStyle style, const QString& text) {
+    auto* const label = new QLabel(text);
+    // Texts come from tools and pages too, and are never mark-up.
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    QFont font = label->font();
+    switch (style) {
+    case TextStyle::title:
+        font.setPixelSize(17);
+        font.setWeight(QFont::DemiBold);
+        break;
+    case TextStyle::heading:
+        font.setPixelSize(13);
+        font.setWeight(QFont::DemiBold);
+        break;
+    case TextStyle::body:
+        font.setPixelSize(13);
+        break;
+    case TextStyle::secondary:
+        font.setPixelSize(12);
+        label->setObjectName(u"secondary"_s);
+        break;
+    }
+    label->setFont(font);
+    return label;
+}
+
+} // namespace corvanta

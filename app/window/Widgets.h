@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "setup/SetupCheck.h"
+#include "workspace/WorkspacePhase.h"
+
+#include <QFrame>
+#include <QLabel>
+#include <QPushButton>
+#include <QWidget>
+
+class QVBoxLayout;
+
+/// The small parts that the sections of the control window are made of.
+namespace corvanta {
+
+/// A rounded card with 12 points of space inside; its layout takes the rows.
+class Card final : public QFrame {
+    Q_OBJECT
+
+public:
+    explicit Card(QWidget* parent = nullptr);
+
+    [[nodiscard]] QVBoxLayout& rows() const { return *m_rows; }
+
+private:
+    QVBoxLayout* m_rows;
+};
+
+/// A state as a coloured shape, so that it reads without colour too.
+class StateMark final : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class Shape { check, cross, dash, dot };
+
+    explicit StateMark(QWidget* parent = nullptr);
+
+    void show(SetupCheckState state);
+    void show(WorkspacePhase phase);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Shape m_shape = Shape::dot;
+    QColor m_colour;
+};
+
+/// A turning indicator for work that is under way; takes its space also while it is hidden.
+class ProgressIndicator final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ProgressIndicator(QWidget* parent = nullptr);
+
+    void setActive(bool isActive);
+
+    [[nodiscard]] bool isActive() const { return m_timer != 0; }
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    int m_timer = 0;
+    int m_angle = 0;
+};
+
+/// A button that shrinks to the width it is given, its text elided with the whole of it as the tooltip.
+class ElidingButton final : public QPushButton {
+    Q_OBJECT
+
+public:
+    explicit ElidingButton(const QString& text, QWidget* parent = nullptr);
+
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QString m_text;
+};
+
+enum class TextStyle { title, heading, body, secondary };
+
+/// A plain-text label that wraps and never cuts its text.
+[[nodiscard]] QLabel* makeLabel(TextStyle style, const QString& text = {});
+
+} // namespace corvanta

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+// The coordinator's watch over Safari's page list while a workspace runs.
+#include "workspace/WorkspaceCoordinator.h"
+
+#include "safari/SafariTargetSelector.h"
+#include "support/CancelledError.h"
+
+#include <utility>
+#include <variant>
+
+namespace corvanta {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto pollInterval = 2s;
+
+} // namespace
+
+void WorkspaceCoordinator::cancelMonitoring() {
+    if (auto monitorTask = std::exchange(m_monitorTask, std::nullopt))
+        monitorTask->cancel();
+}
+
+void WorkspaceCoordinator::startMonitoring(const SimulatorDevice& device) {
+    cancelMonitoring();
+    m_monitorTask.emplace();
+    m_tasks.start(monitor(m_runs, device, m_monitorTask->token()));
+}
+
+QCoro::Task<void> WorkspaceCoordinator::monitor(std::shared_ptr<const WorkspaceRun::Owner> owner,
+                                                SimulatorDevice device, CancellationToken token) {
+    // The coordinator is held through its runs only, so that the loop never keeps it alive.
+    while (owner->coordinator && !token.isCancelled()) {
+        const auto slept = co_await owner->coordinator->m_services.clock.sleepFor(pollInterval, token);
+        if (slept == SleepResult::cancelled || token.isCancelled() || !owner->coordinator)
+            co_return;
+        co_await owner->coordinator->pollTargets(device, token);
+    }
+}
+
+QCoro::Task<void> WorkspaceCoordinator::pollTargets(SimulatorDevice device, CancellationToken token) {
+    if (m_phase != WorkspacePhase::running || !m_candidateTargets.empty())
+        co_return;
+    const WorkspaceRun run(m_runs);
+    try {
+        co_await judgePoll(run, device, token);
+    } catch (...) {
+        if (run.isCurrent())
+            fail(std::current_exception());
+    }
+}
+
+QCoro::Task<void> WorkspaceCoordinator::judgePoll(WorkspaceRun run, SimulatorDevice device, CancellationToken token) {
+    std::vector<SafariTarget> current;
+    bool wasRead = false;
+    try {
+        current = co_await m_services.safari.snapshotTargets(device.name, token);
+        wasRead = true;
+    } catch (...) { // Safari may be busy for a moment; the next poll looks again.
+    }
+    run.check();
+    if (!wasRead || token.isCancelled() || m_phase != WorkspacePhase::running)
+        co_return;
+
+    if (!m_services.safari.managedInspectorIsPresent()) {
+        // The user closed the inspector, so the best page among all that are listed is attached again.
+        const auto decision = SafariTargetSelector::decide({}, current, m_activeURL);
+        try {
+            transition(WorkspacePhase::attachingInspector);
+        } catch (const WorkspaceTransitionError&) {
+            co_return;
+        }
+        co_await handleTargetDecision(run, decision, device);
+        co_return;
+    }
+
+    const auto previous = std::exchange(m_knownTargets, current);
+    const auto decision = SafariTargetSelector::decide(previous, current, m_activeURL);
+    if (const auto* const attaching = std::get_if<AttachTarget>(&decision)) {
+        transition(WorkspacePhase::attachingInspector);
+        co_await attach(run, attaching->target, device);
+    } else if (const auto* const ambiguous = std::get_if<AmbiguousTargets>(&decision)) {
+        publish(m_candidateTargets, ambiguous->targets, &WorkspaceCoordinator::candidateTargetsChanged);
+        showStatus(u"Choose the newest Safari page"_s);
+        showRecovery(u"More than one inspectable page appeared."_s);
+    }
+}
+
+} // namespace corvanta
