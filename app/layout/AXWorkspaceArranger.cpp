@@ -54,8 +54,7 @@ void AXWorkspaceArranger::saveFrame(const AccessibilityElement& window, double f
 }
 
 void AXWorkspaceArranger::tile(std::shared_ptr<ControlWindow> controlWindow, const QString& simulatorDeviceName,
-                               const std::optional<AccessibilityElement>& inspectorWindow,
-                               const ColumnRatios& ratios) {
+                               const std::optional<AccessibilityElement>& inspectorWindow, const ColumnRatios& ratios) {
     if (!m_client.isTrusted())
         throw WorkspaceAutomationError::accessibilityPermissionMissing();
     const auto simulator = simulatorWindow(simulatorDeviceName);

@@ -45,8 +45,7 @@ std::optional<AccessibilityElement> element(AccessibilityClient& client, const A
     return typedAttribute<AccessibilityElement>(client, element, attribute);
 }
 
-std::optional<QString> string(AccessibilityClient& client, const AccessibilityElement& element,
-                              QStringView attribute) {
+std::optional<QString> string(AccessibilityClient& client, const AccessibilityElement& element, QStringView attribute) {
     return typedAttribute<QString>(client, element, attribute);
 }
 
@@ -84,9 +83,9 @@ bool setFrame(AccessibilityClient& client, const Rect& frame, const Accessibilit
     return moved && resized;
 }
 
-std::optional<AccessibilityElement>
-firstDescendant(AccessibilityClient& client, const AccessibilityElement& element, int maxDepth,
-                const std::function<bool(const AccessibilityElement&)>& matching) {
+std::optional<AccessibilityElement> firstDescendant(AccessibilityClient& client, const AccessibilityElement& element,
+                                                    int maxDepth,
+                                                    const std::function<bool(const AccessibilityElement&)>& matching) {
     if (matching(element))
         return element;
     if (maxDepth < 1)

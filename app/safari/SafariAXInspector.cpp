@@ -123,8 +123,7 @@ AccessibilityMenuNode SafariAXInspector::makeNode(const AccessibilityElement& el
     return node;
 }
 
-QCoro::Task<std::vector<SafariTarget>> SafariAXInspector::snapshotTargets(QString deviceName,
-                                                                          CancellationToken token) {
+QCoro::Task<std::vector<SafariTarget>> SafariAXInspector::snapshotTargets(QString deviceName, CancellationToken token) {
     const auto turn = co_await m_menuTurns.next();
     const DeviceMenu menu = co_await openDeviceMenu(deviceName, token);
     const AccessibilityMenuNode root = readDeviceMenu(menu.deviceItem);
@@ -149,8 +148,8 @@ QSet<std::size_t> SafariAXInspector::inspectorWindowHashes() {
     return hashes;
 }
 
-QCoro::Task<std::optional<AccessibilityElement>>
-SafariAXInspector::waitForInspectorWindow(QSet<std::size_t> excluding, CancellationToken token) {
+QCoro::Task<std::optional<AccessibilityElement>> SafariAXInspector::waitForInspectorWindow(QSet<std::size_t> excluding,
+                                                                                           CancellationToken token) {
     for (int look = 0; look < inspectorWindowLooks; ++look) {
         for (const AccessibilityElement& window : inspectorWindows()) {
             if (!excluding.contains(window.hash()))

@@ -69,8 +69,8 @@ QCoro::Task<std::optional<QString>> SystemPreflightProbe::readXcodeVersion() {
 }
 
 QCoro::Task<std::optional<int>> SystemPreflightProbe::readIOSRuntimeCount() {
-    const auto result = co_await succeed(
-        u"/usr/bin/xcrun"_s, {u"simctl"_s, u"list"_s, u"-j"_s, u"runtimes"_s, u"available"_s});
+    const auto result =
+        co_await succeed(u"/usr/bin/xcrun"_s, {u"simctl"_s, u"list"_s, u"-j"_s, u"runtimes"_s, u"available"_s});
     if (!result)
         co_return std::nullopt;
     try {

@@ -54,7 +54,8 @@ CorvantaApp::CorvantaApp(std::unique_ptr<Platform> platform, CommandLine command
 void CorvantaApp::start() {
     if (m_commandLine.url)
         m_coordinator.setUrlInput(*m_commandLine.url);
-    m_view = std::make_unique<WorkspaceView>(m_coordinator, m_tasks, [this](QWidget* window) { windowChanged(window); });
+    m_view =
+        std::make_unique<WorkspaceView>(m_coordinator, m_tasks, [this](QWidget* window) { windowChanged(window); });
     m_view->resize(m_view->sizeHint());
     m_view->show();
     m_tasks.start(firstAppearance());

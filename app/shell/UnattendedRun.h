@@ -39,7 +39,8 @@ public:
     [[nodiscard]] QCoro::Task<int> run(QString screenshot);
 
 private:
-    /// Waits until the picture of the desktop has not changed for a while, and writes it; false when it cannot be written.
+    /// Waits until the picture of the desktop has not changed for a while, and writes it; false when it cannot be
+    /// written.
     [[nodiscard]] QCoro::Task<bool> writeScreenshot(QString path);
     void printFailure() const;
 

@@ -33,9 +33,8 @@ StatusSection::StatusSection(WorkspaceCoordinator& coordinator, QWidget* parent)
 
     connect(&m_coordinator, &WorkspaceCoordinator::statusMessageChanged, this, &StatusSection::showTexts);
     connect(&m_coordinator, &WorkspaceCoordinator::recoveryMessageChanged, this, &StatusSection::showTexts);
-    for (const auto changed :
-         {&WorkspaceCoordinator::phaseChanged, &WorkspaceCoordinator::isCheckingSetupChanged,
-          &WorkspaceCoordinator::isRefreshingDevicesChanged})
+    for (const auto changed : {&WorkspaceCoordinator::phaseChanged, &WorkspaceCoordinator::isCheckingSetupChanged,
+                               &WorkspaceCoordinator::isRefreshingDevicesChanged})
         connect(&m_coordinator, changed, this, &StatusSection::showProgress);
     showTexts();
     showProgress();

@@ -42,13 +42,13 @@ class WorkspaceCoordinator final : public QObject {
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
     Q_PROPERTY(std::optional<QString> recoveryMessage READ recoveryMessage NOTIFY recoveryMessageChanged)
     Q_PROPERTY(bool isRefreshingDevices READ isRefreshingDevices NOTIFY isRefreshingDevicesChanged)
-    Q_PROPERTY(std::optional<corvanta::Coordinate> selectedCoordinate READ selectedCoordinate NOTIFY
-                   selectedCoordinateChanged)
+    Q_PROPERTY(
+        std::optional<corvanta::Coordinate> selectedCoordinate READ selectedCoordinate NOTIFY selectedCoordinateChanged)
     Q_PROPERTY(QString selectedLocationName READ selectedLocationName NOTIFY selectedLocationNameChanged)
     Q_PROPERTY(std::vector<corvanta::StoredLocation> favorites READ favorites NOTIFY favoritesChanged)
     Q_PROPERTY(std::vector<corvanta::StoredLocation> recents READ recents NOTIFY recentsChanged)
-    Q_PROPERTY(std::vector<corvanta::SafariTarget> candidateTargets READ candidateTargets NOTIFY
-                   candidateTargetsChanged)
+    Q_PROPERTY(
+        std::vector<corvanta::SafariTarget> candidateTargets READ candidateTargets NOTIFY candidateTargetsChanged)
     Q_PROPERTY(std::vector<corvanta::SetupCheck> setupChecks READ setupChecks NOTIFY setupChecksChanged)
     Q_PROPERTY(bool isCheckingSetup READ isCheckingSetup NOTIFY isCheckingSetupChanged)
 

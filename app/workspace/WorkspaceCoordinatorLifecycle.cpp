@@ -166,7 +166,7 @@ QCoro::Task<SafariTargetDecision> WorkspaceCoordinator::waitForTarget(WorkspaceR
         run.check();
         if (wasRead) {
             SafariTargetDecision decision = SafariTargetSelector::decide(previous, current, requestedURL);
-            if (!isNone(decision)) {
+            if (decision != SafariTargetDecision::none()) {
                 m_knownTargets = current;
                 co_return decision;
             }
@@ -181,9 +181,9 @@ QCoro::Task<SafariTargetDecision> WorkspaceCoordinator::waitForTarget(WorkspaceR
 
 QCoro::Task<void> WorkspaceCoordinator::handleTargetDecision(WorkspaceRun run, SafariTargetDecision decision,
                                                              SimulatorDevice device) {
-    if (const auto* const attaching = std::get_if<AttachTarget>(&decision)) {
+    if (const auto* const attaching = std::get_if<SafariTargetDecision::Attach>(&decision.value())) {
         co_await attach(run, attaching->target, device);
-    } else if (auto* const ambiguous = std::get_if<AmbiguousTargets>(&decision)) {
+    } else if (const auto* const ambiguous = std::get_if<SafariTargetDecision::Ambiguous>(&decision.value())) {
         publish(m_candidateTargets, ambiguous->targets, &WorkspaceCoordinator::candidateTargetsChanged);
         showStatus(u"Choose the Safari page to inspect"_s);
         showRecovery(u"Several new inspectable pages appeared together."_s);

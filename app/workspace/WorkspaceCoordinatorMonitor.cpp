@@ -79,10 +79,10 @@ QCoro::Task<void> WorkspaceCoordinator::judgePoll(WorkspaceRun run, SimulatorDev
 
     const auto previous = std::exchange(m_knownTargets, current);
     const auto decision = SafariTargetSelector::decide(previous, current, m_activeURL);
-    if (const auto* const attaching = std::get_if<AttachTarget>(&decision)) {
+    if (const auto* const attaching = std::get_if<SafariTargetDecision::Attach>(&decision.value())) {
         transition(WorkspacePhase::attachingInspector);
         co_await attach(run, attaching->target, device);
-    } else if (const auto* const ambiguous = std::get_if<AmbiguousTargets>(&decision)) {
+    } else if (const auto* const ambiguous = std::get_if<SafariTargetDecision::Ambiguous>(&decision.value())) {
         publish(m_candidateTargets, ambiguous->targets, &WorkspaceCoordinator::candidateTargetsChanged);
         showStatus(u"Choose the newest Safari page"_s);
         showRecovery(u"More than one inspectable page appeared."_s);

@@ -29,9 +29,7 @@ public:
         : m_owner(std::move(owner))
         , m_number(m_owner->currentRun) {}
 
-    [[nodiscard]] bool isCurrent() const {
-        return m_owner->coordinator != nullptr && m_owner->currentRun == m_number;
-    }
+    [[nodiscard]] bool isCurrent() const { return m_owner->coordinator != nullptr && m_owner->currentRun == m_number; }
 
     /// Throws RunSuperseded unless the run is current. Called after every resumption, before anything else.
     void check() const {

@@ -39,8 +39,10 @@ public:
 
     private:
         friend class TurnQueue;
+
         explicit Turn(std::shared_ptr<State> state)
             : m_state(std::move(state)) {}
+
         std::shared_ptr<State> m_state;
     };
 
@@ -60,6 +62,7 @@ public:
 
             [[nodiscard]] Turn await_resume() const { return Turn(state); }
         };
+
         return Awaiter{m_state};
     }
 

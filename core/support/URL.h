@@ -12,8 +12,8 @@ namespace corvanta {
 ///
 /// Parsed by RFC 3986, with the leniency that people expect of an address field: characters that RFC 3986 forbids in
 /// the user, path, query and fragment are percent-encoded as UTF-8 (a stray `%` among them), a non-ASCII host becomes
-/// its IDNA form, and everything legal stays as typed. Nothing else is rewritten: no case is changed, no slash is added,
-/// no port is dropped.
+/// its IDNA form, and everything legal stays as typed. Nothing else is rewritten: no case is changed, no slash is
+/// added, no port is dropped.
 class URL {
 public:
     /// The parts of `text`, or nothing when it cannot be parsed: a space or another forbidden character in the host,

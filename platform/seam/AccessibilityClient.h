@@ -48,8 +48,8 @@ private:
 };
 
 /// The value of an attribute. Positions have their origin at the top-left of the primary screen, y growing downwards.
-using AccessibilityValue = std::variant<QString, bool, double, Point, Size, AccessibilityElement,
-                                        std::vector<AccessibilityElement>>;
+using AccessibilityValue =
+    std::variant<QString, bool, double, Point, Size, AccessibilityElement, std::vector<AccessibilityElement>>;
 
 /// Reads and drives other programs' user interfaces through the host's accessibility interface.
 ///

@@ -65,8 +65,7 @@ Date VirtualClock::wallClockNow() const {
 
 QUuid VirtualClock::freshUUID() {
     const unsigned number = m_nextUUID++;
-    return QUuid::fromString(
-        QStringLiteral("00000000-0000-4000-8000-%1").arg(number, 12, 10, QLatin1Char('0')));
+    return QUuid::fromString(QStringLiteral("00000000-0000-4000-8000-%1").arg(number, 12, 10, QLatin1Char('0')));
 }
 
 void VirtualClock::wakeFirst() {

@@ -20,6 +20,7 @@ public:
     ~VirtualClock() override;
 
     [[nodiscard]] TimePoint now() const override { return m_now; }
+
     [[nodiscard]] QCoro::Task<SleepResult> sleepFor(Duration duration, CancellationToken token = {}) override;
     [[nodiscard]] Date wallClockNow() const override;
     /// 00000000-0000-4000-8000-000000000001 and so on.

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+#include "RunningPrograms.h"
+
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QJsonDocument>
+#include <QTimer>
+
+#include <ranges>
+
+namespace corvanta::testing {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+bool eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+    const QDeadlineTimer deadline(limit);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        // Programs outside tell nobody when they are ready, so they are asked again after a turn of the event loop.
+        QEventLoop turn;
+        QTimer::singleShot(20ms, &turn, &QEventLoop::quit);
+        turn.exec();
+    }
+    return true;
+}
+
+SampleSite::SampleSite() {
+    m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_server.start(QStringLiteral(CORVANTA_LAB_DIRECTORY) + u"/SampleServer"_s, {});
+    const bool isUp = eventually([this] { return m_server.canReadLine(); });
+    if (isUp)
+        m_baseAddress = QString::fromUtf8(m_server.readLine()).trimmed();
+    while (m_baseAddress.endsWith(u'/'))
+        m_baseAddress.chop(1);
+}
+
+SampleSite::~SampleSite() {
+    m_server.terminate();
+    if (!m_server.waitForFinished(5000))
+        m_server.kill();
+    m_server.waitForFinished(5000);
+}
+
+QString SampleSite::address(const QString& path) const {
+    return m_baseAddress + u'/' + path;
+}
+
+void SampleSite::read() {
+    m_pending += m_server.readAllStandardOutput();
+    for (qsizetype end = m_pending.indexOf('\n'); end >= 0; end = m_pending.indexOf('\n')) {
+        const QByteArray line = m_pending.left(end);
+        m_pending.remove(0, end + 1);
+        constexpr QByteArrayView prefix("report ");
+        if (line.startsWith(prefix))
+            m_reports.push_back(QJsonDocument::fromJson(line.sliced(prefix.size())).object());
+    }
+}
+
+std::optional<QJsonObject> SampleSite::report(const std::function<bool(const QJsonObject&)>& matches) {
+    read();
+    for (const QJsonObject& report : m_reports | std::views::reverse) {
+        if (matches(report))
+            return report;
+    }
+    return std::nullopt;
+}
+
+std::size_t SampleSite::reportCount() {
+    read();
+    return m_reports.size();
+}
+
+DrivenCorvanta::~DrivenCorvanta() {
+    if (m_process.state() != QProcess::NotRunning && !quit()) {
+        m_process.kill();
+        m_process.waitForFinished(5000);
+    }
+}
+
+void DrivenCorvanta::start(const QStringList& arguments) {
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_process.start(QStringLiteral(CORVANTA_PROGRAM), arguments);
+    m_process.waitForStarted();
+}
+
+std::optional<int> DrivenCorvanta::quit() {
+    m_process.terminate();
+    if (!m_process.waitForFinished(10000) || m_process.exitStatus() != QProcess::NormalExit)
+        return std::nullopt;
+    return m_process.exitCode();
+}
+
+QByteArray DrivenCorvanta::output() {
+    return m_process.readAllStandardOutput();
+}
+
+std::optional<Accessible> DrivenCorvanta::window() const {
+    for (const Accessible& frame : frames(u"Corvanta"_s)) {
+        if (frame.processID() == processID())
+            return frame;
+    }
+    return std::nullopt;
+}
+
+QStringList DrivenCorvanta::texts() const {
+    const auto frame = window();
+    return frame ? frame->allTexts() : QStringList();
+}
+
+bool DrivenCorvanta::shows(const QString& text) const {
+    return texts().contains(text);
+}
+
+bool DrivenCorvanta::press(const QString& button) const {
+    const auto frame = window();
+    const auto found = frame ? frame->find(u"push button"_s, button) : std::nullopt;
+    return found && found->isSensitive() && found->press();
+}
+
+bool DrivenCorvanta::isEnabled(const QString& button) const {
+    const auto frame = window();
+    const auto found = frame ? frame->find(u"push button"_s, button) : std::nullopt;
+    return found && found->isSensitive();
+}
+
+bool DrivenCorvanta::typeAddress(const QString& address) const {
+    const auto frame = window();
+    const auto field = frame ? frame->find(u"text"_s, u"Page address"_s) : std::nullopt;
+    return field && field->setText(address);
+}
+
+QString runTool(const QString& program, const QStringList& arguments, int* status) {
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QStringLiteral(CORVANTA_LAB_DIRECTORY) + u'/' + program, arguments);
+    process.waitForFinished(60000);
+    if (status)
+        *status = process.exitCode();
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+} // namespace corvanta::testing

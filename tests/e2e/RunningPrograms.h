@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AccessibilityTree.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace corvanta::testing {
+
+/// Turns the event loop until the condition holds; false when it does not within the limit.
+[[nodiscard]] bool eventually(const std::function<bool()>& condition,
+                              std::chrono::milliseconds limit = std::chrono::seconds(30));
+
+/// The bundled sample site on a loopback port of its own, with what its pages reported.
+class SampleSite {
+public:
+    SampleSite();
+    ~SampleSite();
+    SampleSite(const SampleSite&) = delete;
+    SampleSite& operator=(const SampleSite&) = delete;
+
+    /// The address of a page; "http://127.0.0.1:PORT/" for no path.
+    [[nodiscard]] QString address(const QString& path = {}) const;
+
+    /// The last report of a page for which the condition holds.
+    [[nodiscard]] std::optional<QJsonObject> report(const std::function<bool(const QJsonObject&)>& matches);
+
+    [[nodiscard]] std::size_t reportCount();
+
+private:
+    void read();
+
+    QProcess m_server;
+    QString m_baseAddress;
+    QByteArray m_pending;
+    std::vector<QJsonObject> m_reports;
+};
+
+/// Corvanta as a program of its own, driven from outside as an assistive technology drives it.
+class DrivenCorvanta {
+public:
+    DrivenCorvanta() = default;
+    ~DrivenCorvanta();
+    DrivenCorvanta(const DrivenCorvanta&) = delete;
+    DrivenCorvanta& operator=(const DrivenCorvanta&) = delete;
+
+    void start(const QStringList& arguments);
+    /// Asks it to end and waits; the exit status, nothing when it did not end in time.
+    std::optional<int> quit();
+
+    [[nodiscard]] int processID() const { return static_cast<int>(m_process.processId()); }
+
+    [[nodiscard]] QByteArray output();
+
+    /// Every text that its window shows.
+    [[nodiscard]] QStringList texts() const;
+    [[nodiscard]] bool shows(const QString& text) const;
+    [[nodiscard]] bool press(const QString& button) const;
+    [[nodiscard]] bool isEnabled(const QString& button) const;
+    [[nodiscard]] bool typeAddress(const QString& address) const;
+
+private:
+    [[nodiscard]] std::optional<Accessible> window() const;
+
+    QProcess m_process;
+};
+
+/// Runs a program of the lab to its end and returns its standard output; its status in `status`.
+QString runTool(const QString& program, const QStringList& arguments, int* status = nullptr);
+
+} // namespace corvanta::testing

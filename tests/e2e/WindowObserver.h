@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QRect>
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace corvanta::testing {
+
+/// A managed top-level window as a person sees it.
+struct ObservedWindow {
+    std::uint32_t id = 0;
+    int processID = 0;
+    QString title;
+    /// On screen, origin at the top-left: title bar and borders included, client-side shadows excluded.
+    QRect frame;
+};
+
+/// Looks at the X server's windows; independent of the application's own code for that.
+class WindowObserver {
+public:
+    WindowObserver();
+    ~WindowObserver();
+    WindowObserver(const WindowObserver&) = delete;
+    WindowObserver& operator=(const WindowObserver&) = delete;
+
+    /// The window manager's clients, iconified ones included.
+    [[nodiscard]] std::vector<ObservedWindow> windows() const;
+
+    /// The first whose title begins with the text.
+    [[nodiscard]] std::optional<ObservedWindow> window(const QString& titleBeginning) const;
+
+    /// The part of the screen that windows may cover.
+    [[nodiscard]] QRect workArea() const;
+
+    /// Asks the window manager to close the window, as its close button does.
+    void close(std::uint32_t window) const;
+
+    /// Begins to watch for windows that appear without the window manager: menus, tooltips, drop-down lists.
+    void watchPopups();
+
+    /// How many of those have appeared since `watchPopups`.
+    [[nodiscard]] int popupsSeen();
+
+private:
+    struct Connection;
+    std::unique_ptr<Connection> m_connection;
+    int m_popups = 0;
+};
+
+} // namespace corvanta::testing

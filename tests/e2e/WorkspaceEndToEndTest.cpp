@@ -1,0 +1,281 @@
+// SPDX-License-Identifier: MIT
+// Corvanta on the device lab, observed from outside: real processes, real pages, real windows, the real Web Inspector.
+#include "AccessibilityTree.h"
+#include "RunningPrograms.h"
+#include "WindowObserver.h"
+
+#include "layout/WorkspaceLayout.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+
+namespace corvanta::testing {
+
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr auto startLimit = 60s;
+
+/// The frame of a column on screen, origin at the top-left.
+QRect onScreen(const Rect& column, const QRect& workArea) {
+    const double top = workArea.y() + workArea.height() - column.maxY();
+    return QRectF(column.x, top, column.width, column.height).toRect();
+}
+
+/// Columns of the work area with the default ratios; the screen's bottom-left corner stands in for the origin.
+WorkspaceFrames expectedColumns(const QRect& workArea) {
+    const Rect area{static_cast<double>(workArea.x()), 0, static_cast<double>(workArea.width()),
+                    static_cast<double>(workArea.height())};
+    return WorkspaceLayout::frames(area, ColumnRatios{0.25, 0.30, 0.45}, 8);
+}
+
+::testing::AssertionResult isWithinTwoPixels(const QRect& actual, const QRect& expected) {
+    constexpr int tolerance = 2;
+    const bool isClose = std::abs(actual.left() - expected.left()) <= tolerance &&
+                         std::abs(actual.top() - expected.top()) <= tolerance &&
+                         std::abs(actual.right() - expected.right()) <= tolerance &&
+                         std::abs(actual.bottom() - expected.bottom()) <= tolerance;
+    if (isClose)
+        return ::testing::AssertionSuccess();
+    const auto text = [](const QRect& rect) {
+        return QStringLiteral("%1,%2 %3x%4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
+    };
+    return ::testing::AssertionFailure() << qUtf8Printable(text(actual)) << " instead of "
+                                         << qUtf8Printable(text(expected));
+}
+
+class WorkspaceEndToEnd : public ::testing::Test {
+protected:
+    void SetUp() override {
+        // What a person does once by pressing "Allow Access".
+        int status = QProcess::execute(u"dbus-send"_s,
+                                       {u"--session"_s, u"--print-reply=literal"_s, u"--dest=org.a11y.Bus"_s,
+                                        u"/org/a11y/bus"_s, u"org.freedesktop.DBus.Properties.Set"_s,
+                                        u"string:org.a11y.Status"_s, u"string:IsEnabled"_s, u"variant:boolean:true"_s});
+        ASSERT_EQ(status, 0);
+    }
+
+    /// Starts the program and waits until it can start a workspace.
+    void launch(const QStringList& arguments) {
+        m_corvanta.start(arguments);
+        ASSERT_TRUE(eventually([this] { return m_corvanta.isEnabled(u"Start Workspace"_s); }, startLimit))
+            << shownTexts();
+    }
+
+    void launchOnSample(const QStringList& more = {}) { launch(QStringList{u"--url"_s, m_site.address()} + more); }
+
+    void startAndWait() {
+        ASSERT_TRUE(m_corvanta.press(u"Start Workspace"_s));
+        waitUntilRunning();
+    }
+
+    void waitUntilRunning() {
+        ASSERT_TRUE(eventually([this] { return m_corvanta.shows(u"Workspace running"_s); }, startLimit))
+            << shownTexts();
+    }
+
+    [[nodiscard]] std::string shownTexts() const { return m_corvanta.texts().join(u"\n"_s).toStdString(); }
+
+    [[nodiscard]] std::optional<QRect> frameOf(const QString& titleBeginning) const {
+        const auto window = m_windows.window(titleBeginning);
+        return window ? std::optional(window->frame) : std::nullopt;
+    }
+
+    [[nodiscard]] std::vector<ObservedWindow> inspectorWindows() const {
+        auto windows = m_windows.windows();
+        std::erase_if(windows, [](const auto& window) { return !window.title.startsWith(u"Web Inspector"_s); });
+        return windows;
+    }
+
+    /// Whether some object of the inspector's own tree shows the text.
+    [[nodiscard]] static bool inspectorShows(const QString& text) {
+        for (const Accessible& frame : frames(u"com.apple.Safari"_s)) {
+            if (!frame.name().startsWith(u"Web Inspector"_s))
+                continue;
+            for (const Accessible& child : frame.children()) {
+                const bool isShown = child.allTexts().join(u'\n').contains(text);
+                if (isShown)
+                    return true;
+            }
+        }
+        return false;
+    }
+
+    SampleSite m_site;
+    WindowObserver m_windows;
+    DrivenCorvanta m_corvanta;
+};
+
+TEST_F(WorkspaceEndToEnd, TilesTheThreeWindowsAndPutsThemBack) {
+    launchOnSample();
+    const auto controlBefore = frameOf(u"Corvanta"_s);
+    ASSERT_TRUE(controlBefore);
+    startAndWait();
+
+    const QRect area = m_windows.workArea();
+    const WorkspaceFrames columns = expectedColumns(area);
+    const auto isTiled = [&](const QString& title, const Rect& column) {
+        const auto frame = frameOf(title);
+        return frame ? isWithinTwoPixels(*frame, onScreen(column, area))
+                     : ::testing::AssertionFailure() << "no window " << qUtf8Printable(title);
+    };
+    EXPECT_TRUE(isTiled(u"Corvanta"_s, columns.controls));
+    EXPECT_TRUE(isTiled(u"iP"_s, columns.simulator));
+    EXPECT_TRUE(isTiled(u"Web Inspector"_s, columns.inspector));
+
+    ASSERT_TRUE(m_corvanta.press(u"Stop"_s));
+    ASSERT_TRUE(eventually([this] { return m_corvanta.shows(u"Stopped; external apps were left running"_s); }));
+    EXPECT_TRUE(eventually([&] { return bool(isWithinTwoPixels(*frameOf(u"Corvanta"_s), *controlBefore)); }))
+        << isWithinTwoPixels(*frameOf(u"Corvanta"_s), *controlBefore).message();
+    EXPECT_FALSE(isTiled(u"iP"_s, columns.simulator));
+    EXPECT_FALSE(isTiled(u"Web Inspector"_s, columns.inspector));
+}
+
+TEST_F(WorkspaceEndToEnd, InspectsTheRealPage) {
+    launchOnSample();
+    startAndWait();
+    EXPECT_TRUE(eventually([] { return inspectorShows(u"Corvanta sample page"_s); }));
+    EXPECT_TRUE(inspectorShows(u"Elements"_s));
+    EXPECT_TRUE(inspectorShows(u"Console"_s));
+}
+
+TEST_F(WorkspaceEndToEnd, LetsThePageSeeTheDevice) {
+    // A stored profile with a location, as an earlier session leaves it.
+    const QByteArray profile = R"({"pageURL":"http://localhost:3000","coordinate":{"latitude":41.3874,)"
+                               R"("longitude":2.1686},"locationName":"Barcelona","columnRatios":{"controls":0.25,)"
+                               R"("simulator":0.3,"inspector":0.45},"lastUsedAt":800000000})";
+    QSettings(QSettings::NativeFormat, QSettings::UserScope, u"Corvanta"_s, u"Corvanta"_s)
+        .setValue(u"workspaceProfile"_s, profile);
+    launchOnSample({u"--device"_s, u"iPhone 16 Pro"_s});
+    startAndWait();
+    const auto located = [](const QJsonObject& report) {
+        return std::abs(report[u"latitude"_s].toDouble() - 41.3874) < 1e-6 &&
+               std::abs(report[u"longitude"_s].toDouble() - 2.1686) < 1e-6;
+    };
+    ASSERT_TRUE(eventually([&] { return m_site.report(located).has_value(); }));
+    const QJsonObject report = *m_site.report(located);
+    EXPECT_EQ(report[u"innerWidth"_s].toInt(), 402);
+    EXPECT_TRUE(report[u"userAgent"_s].toString().contains(u"iPhone; CPU iPhone OS 18_"_s))
+        << qPrintable(report[u"userAgent"_s].toString());
+}
+
+TEST_F(WorkspaceEndToEnd, StartsAgainAfterStop) {
+    launchOnSample();
+    startAndWait();
+    ASSERT_TRUE(m_corvanta.press(u"Stop"_s));
+    ASSERT_TRUE(eventually([this] { return m_corvanta.isEnabled(u"Start Workspace"_s); }));
+    startAndWait();
+    EXPECT_TRUE(m_corvanta.isEnabled(u"Re-tile"_s));
+}
+
+TEST_F(WorkspaceEndToEnd, AttachesToTheNewPageAfterEachStartAndReload) {
+    launchOnSample();
+    startAndWait();
+    ASSERT_TRUE(m_corvanta.press(u"Stop"_s));
+    ASSERT_TRUE(m_corvanta.typeAddress(m_site.address(u"second.html"_s)));
+    ASSERT_TRUE(eventually([this] { return m_corvanta.isEnabled(u"Start Workspace"_s); }));
+    std::uint32_t previous = inspectorWindows().front().id;
+
+    const auto attachedAnew = [&] {
+        const auto inspectors = inspectorWindows();
+        return inspectors.size() == 1 && inspectors.front().id != previous;
+    };
+    startAndWait();
+    ASSERT_TRUE(eventually(attachedAnew));
+    EXPECT_TRUE(eventually([] { return inspectorShows(u"Second page"_s); }));
+
+    for (const QString page : {u"index.html?first"_s, u"index.html?second"_s, u"index.html?third"_s}) {
+        previous = inspectorWindows().front().id;
+        ASSERT_TRUE(m_corvanta.typeAddress(m_site.address(page)));
+        ASSERT_TRUE(m_corvanta.press(u"Open / Reload"_s));
+        ASSERT_TRUE(eventually(attachedAnew)) << shownTexts();
+        waitUntilRunning();
+    }
+}
+
+TEST_F(WorkspaceEndToEnd, FailsOnAnEmptyAddressWithBothTexts) {
+    launchOnSample();
+    ASSERT_TRUE(m_corvanta.typeAddress({}));
+    ASSERT_TRUE(m_corvanta.press(u"Start Workspace"_s));
+    EXPECT_TRUE(eventually([this] { return m_corvanta.shows(u"Enter a webpage URL."_s); })) << shownTexts();
+    EXPECT_TRUE(m_corvanta.shows(u"Use an HTTP or HTTPS address, for example http://localhost:3000."_s));
+    EXPECT_TRUE(m_corvanta.shows(u"Needs attention"_s));
+}
+
+TEST_F(WorkspaceEndToEnd, FailsWhenSafariDiesWhileAttachingAndStartsAgain) {
+    launchOnSample();
+    const auto safari = applications(u"com.apple.Safari"_s);
+    ASSERT_FALSE(safari.empty());
+    ASSERT_TRUE(m_corvanta.press(u"Start Workspace"_s));
+    ASSERT_TRUE(eventually([this] { return m_corvanta.shows(u"Attaching inspector"_s); }, startLimit));
+    ::kill(safari.front().processID(), SIGKILL);
+    EXPECT_TRUE(eventually([this] { return m_corvanta.shows(u"Needs attention"_s); }, 12s)) << shownTexts();
+    EXPECT_TRUE(eventually([this] { return m_corvanta.isEnabled(u"Start Workspace"_s); })) << shownTexts();
+    startAndWait();
+}
+
+TEST_F(WorkspaceEndToEnd, ShowsNoMenuWhilePolling) {
+    launchOnSample();
+    m_windows.watchPopups();
+    startAndWait();
+    // The time is what is tested here: nothing may pop up in a minute of polling.
+    EXPECT_FALSE(eventually([this] { return m_windows.popupsSeen() > 0; }, 60s));
+    EXPECT_TRUE(m_corvanta.shows(u"Workspace running"_s));
+}
+
+TEST_F(WorkspaceEndToEnd, TellsTwoDevicesWithSimilarNamesApart) {
+    int status = 0;
+    runTool(u"xcrun"_s, {u"simctl"_s, u"boot"_s, u"iPhone 16 Pro"_s}, &status);
+    ASSERT_EQ(status, 0);
+    runTool(u"xcrun"_s, {u"simctl"_s, u"bootstatus"_s, u"iPhone 16 Pro"_s, u"-b"_s}, &status);
+    ASSERT_EQ(status, 0);
+    runTool(u"open"_s, {u"-a"_s, u"Simulator"_s}, &status);
+    launchOnSample({u"--device"_s, u"iPhone 16"_s});
+    startAndWait();
+    const QRect area = m_windows.workArea();
+    const QRect column = onScreen(expectedColumns(area).simulator, area);
+    const auto tiled = frameOf(u"iPhone 16 –"_s);
+    ASSERT_TRUE(tiled);
+    EXPECT_TRUE(isWithinTwoPixels(*tiled, column));
+    const auto other = frameOf(u"iPhone 16 Pro –"_s);
+    ASSERT_TRUE(other);
+    EXPECT_FALSE(isWithinTwoPixels(*other, column));
+    EXPECT_TRUE(eventually([this] {
+        return m_site.report([](const QJsonObject& report) { return report[u"innerWidth"_s].toInt() == 393; })
+            .has_value();
+    }));
+}
+
+TEST_F(WorkspaceEndToEnd, RunsUnattendedAndWritesAScreenshot) {
+    QTemporaryDir folder;
+    const QString picture = folder.filePath(u"desktop.png"_s);
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QStringLiteral(CORVANTA_PROGRAM),
+                  {u"--url"_s, m_site.address(), u"--start"_s, u"--screenshot"_s, picture});
+    ASSERT_TRUE(process.waitForFinished(120'000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+    const QString output = QString::fromUtf8(process.readAllStandardOutput());
+    for (const auto* const phase :
+         {"Checking setup", "Booting", "Opening page", "Attaching inspector", "Running", "Idle"})
+        EXPECT_TRUE(output.contains(QLatin1StringView(phase))) << phase << " is missing in\n" << qPrintable(output);
+    EXPECT_TRUE(output.contains(picture));
+    EXPECT_EQ(QImage(picture).size(), QSize(1600, 1000));
+}
+
+} // namespace
+
+} // namespace corvanta::testing
