@@ -3,7 +3,7 @@
 
 #include "support/LocalizedError.h"
 
-#include <QtLogging>
+#include <QtGlobal>
 
 #include <coroutine>
 #include <utility>
