@@ -162,6 +162,8 @@ void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& la
 
 void drawScreenCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
     const double radius = screenRadius(type) * layout.zoom;
+    addRoundedRectangle(context, layout.body, bodyRadius(type) * layout.zoom);
+    cairo_clip(context);
     cairo_rectangle(context, layout.screen.x(), layout.screen.y(), layout.screen.width(), layout.screen.height());
     addRoundedRectangle(context, layout.screen, radius);
     cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);

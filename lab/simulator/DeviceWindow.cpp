@@ -87,7 +87,10 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     m_bar->update();
 
     const auto place = +[](GtkOverlay*, GtkWidget* child, GdkRectangle* area, gpointer window) -> gboolean {
-        const auto* self = static_cast<DeviceWindow*>(window);
+        auto* self = static_cast<DeviceWindow*>(window);
+        // Asked while the overlay is given its size, so this is where a new size is met first.
+        self->followSize(
+            {gtk_widget_get_allocated_width(self->m_content), gtk_widget_get_allocated_height(self->m_content)});
         if (child == self->m_pages->widget()) {
             setRectangle(area, self->m_layout.page);
         } else if (child == self->m_bar->widget()) {
@@ -98,11 +101,6 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
         return TRUE;
     };
     g_signal_connect(m_content, "get-child-position", G_CALLBACK(place), this);
-    // Before the overlay's own handler, which asks for the places that follow from the new size.
-    const auto resized = +[](GtkWidget*, GdkRectangle* area, gpointer window) {
-        static_cast<DeviceWindow*>(window)->followSize({area->width, area->height});
-    };
-    g_signal_connect(m_content, "size-allocate", G_CALLBACK(resized), this);
     const auto draw = +[](GtkWidget*, cairo_t* context, gpointer window) -> gboolean {
         const auto* self = static_cast<DeviceWindow*>(window);
         drawDevice(context, self->m_type, self->m_layout, self->m_area);
@@ -132,6 +130,9 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
 DeviceWindow::~DeviceWindow() {
     if (m_clock != 0) {
         g_source_remove(m_clock);
+    }
+    if (m_rescale != 0) {
+        g_source_remove(m_rescale);
     }
     g_signal_handlers_disconnect_by_data(m_window, this);
     g_signal_handlers_disconnect_by_data(m_content, this);
@@ -210,8 +211,17 @@ void DeviceWindow::followSize(QSize area) {
     m_area = area;
     m_layout = DeviceLayout::fit(m_type, area);
     m_pages->setPageSize(m_layout.page.size());
-    m_bar->setScale(m_layout.zoom);
-    gtk_widget_queue_draw(m_content);
+    if (m_rescale == 0) {
+        // Sizes asked for while sizes are given would be lost.
+        const auto rescale = +[](gpointer window) -> gboolean {
+            auto* self = static_cast<DeviceWindow*>(window);
+            self->m_rescale = 0;
+            self->m_bar->setScale(self->m_layout.zoom);
+            gtk_widget_queue_draw(self->m_content);
+            return G_SOURCE_REMOVE;
+        };
+        m_rescale = g_idle_add_full(GDK_PRIORITY_EVENTS, rescale, this, nullptr);
+    }
 }
 
 bool DeviceWindow::handleKey(const GdkEventKey& event) {

@@ -54,6 +54,7 @@ private:
     QSize m_area;
     std::vector<std::function<void()>> m_waiting;
     unsigned m_clock = 0;
+    unsigned m_rescale = 0;
 };
 
 } // namespace corvanta::lab
