@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+
+namespace corvanta::lab {
+
+/// The object that each device process exports.
+inline constexpr char deviceObjectPath[] = "/dev/corvanta/Lab/Device";
+inline constexpr char deviceInterface[] = "dev.corvanta.Lab.Device1";
+
+/// The bus name of the device with that identifier.
+[[nodiscard]] QString deviceBusName(const QString& udid);
+
+/// Says why the session bus or a device process did not do what was asked.
+class DeviceBusError : public std::runtime_error {
+public:
+    DeviceBusError(QString name, const QString& message);
+
+    /// The error's name on the bus; empty when no program answered with one.
+    [[nodiscard]] const QString& name() const { return m_name; }
+
+private:
+    QString m_name;
+};
+
+/// The device processes of this session, as seen on the session bus. For the command-line tools: its calls block.
+class DeviceBus {
+public:
+    /// Connects to the session bus. Throws DeviceBusError.
+    DeviceBus();
+    DeviceBus(const DeviceBus&) = delete;
+    DeviceBus& operator=(const DeviceBus&) = delete;
+    ~DeviceBus();
+
+    /// The state word of the device with that identifier: "Shutdown", "Booting" or "Booted".
+    ///
+    /// A process that does not answer in a second counts as booted: its name is owned.
+    [[nodiscard]] QString state(const QString& udid) const;
+
+    [[nodiscard]] bool isNameOwned(const QString& busName) const;
+
+    /// Identifiers of the devices that run. None without a session bus.
+    [[nodiscard]] QStringList runningDevices() const;
+
+    /// Calls a method without arguments and waits for the answer. Throws DeviceBusError.
+    void call(const QString& udid, const char* method, std::chrono::milliseconds limit);
+
+    /// Opens a page in the device. Throws DeviceBusError.
+    void openURL(const QString& udid, const QString& url, std::chrono::milliseconds limit);
+
+    /// Sets the device's position in degrees. Throws DeviceBusError.
+    void setLocation(const QString& udid, double latitude, double longitude, std::chrono::milliseconds limit);
+
+    /// Waits until the name is owned (or, with `owned` false, is not). `given up` is asked when woken by `wake()` and
+    /// after every change. Returns whether it came so in time.
+    [[nodiscard]] bool waitForName(const QString& busName, bool owned, std::chrono::milliseconds limit,
+                                   std::function<bool()> isGivenUp = {});
+
+    /// Waits until the device's state is "Booted"; false when its process went away. `changed` is called with each
+    /// state seen, the first one included.
+    [[nodiscard]] bool waitUntilBooted(const QString& udid, const std::function<void(const QString&)>& changed);
+
+private:
+    struct Private;
+    std::unique_ptr<Private> m_private;
+};
+
+} // namespace corvanta::lab

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "DeviceLayout.h"
+
+#include <QMarginsF>
+
+#include <algorithm>
+#include <cmath>
+
+namespace corvanta::lab {
+
+namespace {
+
+/// Free space around the device, in window pixels.
+constexpr double surround = 10;
+/// The engine divides in sixty-fourths and rounds down; this much keeps an exact quotient from falling below itself.
+constexpr double roundingGuard = 0.004;
+/// How many page widths are tried for a height that comes out whole.
+constexpr int candidates = 6;
+
+QMarginsF border(const DeviceType& type) {
+    switch (type.shape) {
+    case DeviceShape::island:
+        return {14, 14, 14, 14};
+    case DeviceShape::homeButton:
+        return {18, 92, 18, 92};
+    case DeviceShape::tablet:
+        return {30, 30, 30, 30};
+    }
+    return {};
+}
+
+struct PageSize {
+    int width = 1;
+    int height = 1;
+    double zoom = 1;
+};
+
+/// The largest page not wider than `limit` whose viewport is the model's.
+PageSize pageSize(const QSize& viewport, int limit) {
+    PageSize best;
+    double smallestRest = 2;
+    for (int width = limit, seen = 0; width > 0 && seen < candidates; --width) {
+        const double zoom = pageZoom(width, viewport.width());
+        const int height = static_cast<int>(std::ceil((viewport.height() + roundingGuard) * zoom));
+        const double rest = height / zoom - viewport.height();
+        if (rest < smallestRest) {
+            smallestRest = rest;
+            best = {width, height, zoom};
+        }
+        // Once a height fits, a few more widths may fit it better; until one does, the search goes on.
+        if (smallestRest < 0.9) {
+            ++seen;
+        }
+    }
+    return best;
+}
+
+} // namespace
+
+double pageZoom(int width, int viewportWidth) {
+    return width / (viewportWidth + roundingGuard);
+}
+
+DeviceLayout DeviceLayout::fit(const DeviceType& type, QSize area) {
+    const QMarginsF margins = border(type);
+    const double bodyWidth = type.screen.width() + margins.left() + margins.right();
+    const double bodyHeight = type.screen.height() + margins.top() + margins.bottom();
+    const double scale = std::max(
+        0.05, std::min((area.width() - 2 * surround) / bodyWidth, (area.height() - 2 * surround) / bodyHeight));
+    const PageSize size = pageSize(type.viewport, std::max(1, static_cast<int>(type.screen.width() * scale)));
+
+    DeviceLayout layout;
+    layout.zoom = size.zoom;
+    const double zoom = size.zoom;
+    const auto left = std::round((area.width() - bodyWidth * zoom) / 2 + margins.left() * zoom);
+    const auto top = std::round((area.height() - bodyHeight * zoom) / 2 + margins.top() * zoom);
+    layout.screen = {left, top, double(size.width), type.screen.height() * zoom};
+    layout.body = layout.screen.marginsAdded(margins * zoom);
+    layout.statusBar = {left, top, double(size.width), type.statusBar * zoom};
+    const int barHeight = type.screen.height() - type.statusBar - type.viewport.height();
+    const int afterStatus = static_cast<int>(std::round(top + type.statusBar * zoom));
+    const int x = static_cast<int>(left);
+    if (type.isTablet()) {
+        const int pageTop = static_cast<int>(std::round(layout.screen.bottom())) - size.height;
+        layout.bar = {x, afterStatus, size.width, std::max(1, pageTop - afterStatus)};
+        layout.page = {x, pageTop, size.width, size.height};
+    } else {
+        layout.page = {x, afterStatus, size.width, size.height};
+        // The strip of the home indicator stays free of buttons.
+        const double buttons = type.shape == DeviceShape::island ? barHeight - 34 : barHeight;
+        layout.bar = {x, afterStatus + size.height, size.width, std::max(1, static_cast<int>(buttons * zoom))};
+    }
+    return layout;
+}
+
+} // namespace corvanta::lab

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "DeviceCatalogue.h"
+
+#include <QRect>
+#include <QRectF>
+#include <QSize>
+
+namespace corvanta::lab {
+
+/// Where everything of a device goes in a window's area, in the window's pixels.
+struct DeviceLayout {
+    /// Window pixels per CSS pixel of the device; also the page's zoom.
+    double zoom = 1;
+    /// The device with its border, and the screen in it.
+    QRectF body;
+    QRectF screen;
+    QRectF statusBar;
+    /// The page: in whole pixels, so that `page` divided by `zoom` gives exactly the model's viewport, rounded down.
+    QRect page;
+    /// The browser's bars: on a phone below the page (address, then buttons), on a tablet one row above it.
+    QRect bar;
+
+    /// Fits the device into an area of that size. Nothing leaves the area as long as it is at least 100 x 150.
+    [[nodiscard]] static DeviceLayout fit(const DeviceType& type, QSize area);
+
+    bool operator==(const DeviceLayout&) const = default;
+};
+
+/// The zoom at which a page of that many window pixels is exactly `viewportWidth` CSS pixels wide.
+[[nodiscard]] double pageZoom(int width, int viewportWidth);
+
+} // namespace corvanta::lab

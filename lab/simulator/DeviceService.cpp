@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "DeviceService.h"
+
+#include "DeviceBus.h"
+
+#include <QUrl>
+
+#include <gio/gio.h>
+
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace corvanta::lab {
+
+namespace {
+
+constexpr char introspection[] = R"xml(<node>
+  <interface name="dev.corvanta.Lab.Device1">
+    <property name="UDID" type="s" access="read"/>
+    <property name="Name" type="s" access="read"/>
+    <property name="RuntimeName" type="s" access="read"/>
+    <property name="State" type="s" access="read"/>
+    <property name="InspectorAddress" type="s" access="read"/>
+    <method name="OpenURL"><arg name="url" type="s" direction="in"/></method>
+    <method name="SetLocation">
+      <arg name="latitude" type="d" direction="in"/>
+      <arg name="longitude" type="d" direction="in"/>
+    </method>
+    <method name="ClearLocation"/>
+    <method name="ShowWindow"/>
+    <method name="Shutdown"/>
+  </interface>
+</node>)xml";
+
+constexpr guint doNotQueue = 4;
+constexpr guint primaryOwner = 1;
+
+bool canOpen(const QString& url) {
+    static const QStringList schemes{u"http"_s, u"https"_s, u"file"_s, u"data"_s, u"about"_s};
+    return schemes.contains(QUrl(url).scheme().toLower()) || url.startsWith(u"data:"_s);
+}
+
+bool takeName(GDBusConnection* connection, const QByteArray& name) {
+    GVariant* reply =
+        g_dbus_connection_call_sync(connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                                    "RequestName", g_variant_new("(su)", name.constData(), doNotQueue),
+                                    G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
+    guint result = 0;
+    if (reply != nullptr) {
+        g_variant_get(reply, "(u)", &result);
+        g_variant_unref(reply);
+    }
+    return result == primaryOwner;
+}
+
+} // namespace
+
+DeviceService::DeviceService(Identity identity, DeviceActions actions)
+    : m_identity(std::move(identity))
+    , m_actions(std::move(actions))
+    , m_state(u"Booting"_s) {}
+
+DeviceService::~DeviceService() {
+    setWindowShown(false);
+    if (m_object != 0) {
+        g_dbus_connection_unregister_object(m_connection, m_object);
+    }
+    g_clear_object(&m_connection);
+}
+
+bool DeviceService::start() {
+    m_connection = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    if (m_connection == nullptr) {
+        return false;
+    }
+    static GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(introspection, nullptr);
+    static const GDBusInterfaceVTable functions{
+        handleCall,
+        reinterpret_cast<GDBusInterfaceGetPropertyFunc>(reinterpret_cast<void (*)()>(property)),
+        nullptr,
+        {}};
+    m_object = g_dbus_connection_register_object(m_connection, deviceObjectPath, node->interfaces[0], &functions, this,
+                                                 nullptr, nullptr);
+    return m_object != 0 && takeName(m_connection, deviceBusName(m_identity.udid).toUtf8());
+}
+
+void DeviceService::setBooted() {
+    m_state = u"Booted"_s;
+    GVariantBuilder changed;
+    g_variant_builder_init(&changed, G_VARIANT_TYPE_VARDICT);
+    g_variant_builder_add(&changed, "{sv}", "State", g_variant_new_string("Booted"));
+    g_dbus_connection_emit_signal(m_connection, nullptr, deviceObjectPath, "org.freedesktop.DBus.Properties",
+                                  "PropertiesChanged", g_variant_new("(sa{sv}as)", deviceInterface, &changed, nullptr),
+                                  nullptr);
+}
+
+void DeviceService::setWindowShown(bool isShown) {
+    if (isShown && m_windowName == 0) {
+        m_windowName = g_bus_own_name_on_connection(m_connection, "com.apple.iphonesimulator",
+                                                    G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr, nullptr, nullptr);
+    } else if (!isShown && m_windowName != 0) {
+        g_bus_unown_name(std::exchange(m_windowName, 0));
+    }
+}
+
+GVariant* DeviceService::property(GDBusConnection*, const char*, const char*, const char*, const char* name, void*,
+                                  void* service) {
+    const auto* self = static_cast<DeviceService*>(service);
+    const QString wanted = QString::fromUtf8(name);
+    const QString value = wanted == u"UDID"          ? self->m_identity.udid
+                          : wanted == u"Name"        ? self->m_identity.name
+                          : wanted == u"RuntimeName" ? self->m_identity.runtimeName
+                          : wanted == u"State"       ? self->m_state
+                                                     : self->m_identity.inspectorAddress;
+    return g_variant_new_string(value.toUtf8().constData());
+}
+
+void DeviceService::handleCall(GDBusConnection*, const char*, const char*, const char*, const char* method,
+                               GVariant* arguments, GDBusMethodInvocation* call, void* service) {
+    static_cast<DeviceService*>(service)->answer(QString::fromUtf8(method), arguments, call);
+}
+
+void DeviceService::answer(const QString& method, GVariant* arguments, GDBusMethodInvocation* call) {
+    if (method == u"ShowWindow") {
+        m_actions.showWindow([call] { g_dbus_method_invocation_return_value(call, nullptr); });
+        return;
+    }
+    if (method == u"Shutdown") {
+        g_dbus_method_invocation_return_value(call, nullptr);
+        m_actions.shutdown();
+        return;
+    }
+    if (method == u"OpenURL") {
+        const char* url = nullptr;
+        g_variant_get(arguments, "(&s)", &url);
+        if (!canOpen(QString::fromUtf8(url))) {
+            g_dbus_method_invocation_return_dbus_error(call, "dev.corvanta.Lab.Error.NoApplication",
+                                                       "No application on the device opens this address.");
+            return;
+        }
+        m_actions.openURL(QString::fromUtf8(url));
+    } else if (method == u"SetLocation") {
+        double latitude = 0;
+        double longitude = 0;
+        g_variant_get(arguments, "(dd)", &latitude, &longitude);
+        m_actions.setLocation(latitude, longitude);
+    } else {
+        m_actions.clearLocation();
+    }
+    g_dbus_method_invocation_return_value(call, nullptr);
+}
+
+} // namespace corvanta::lab

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+typedef struct _GDBusConnection GDBusConnection;
+typedef struct _GDBusMethodInvocation GDBusMethodInvocation;
+typedef struct _GVariant GVariant;
+
+namespace corvanta::lab {
+
+/// What a device offers on the session bus. Called on the main thread.
+struct DeviceActions {
+    std::function<void(const QString&)> openURL;
+    std::function<void(double, double)> setLocation;
+    std::function<void()> clearLocation;
+    /// Calls back once the window is mapped.
+    std::function<void(std::function<void()>)> showWindow;
+    std::function<void()> shutdown;
+};
+
+/// The device's name and object on the session bus. Of the main thread.
+class DeviceService {
+public:
+    struct Identity {
+        QString udid;
+        QString name;
+        QString runtimeName;
+        QString inspectorAddress;
+    };
+
+    DeviceService(Identity identity, DeviceActions actions);
+    DeviceService(const DeviceService&) = delete;
+    DeviceService& operator=(const DeviceService&) = delete;
+    ~DeviceService();
+
+    /// Exports the object and takes the name. False when there is no bus or another process has the name.
+    [[nodiscard]] bool start();
+
+    /// Changes the state from "Booting" to "Booted".
+    void setBooted();
+
+    /// Holds or leaves the name that exists while any device's window is shown.
+    void setWindowShown(bool isShown);
+
+private:
+    static void handleCall(GDBusConnection* connection, const char* sender, const char* path, const char* interface,
+                           const char* method, GVariant* arguments, GDBusMethodInvocation* call, void* service);
+    static GVariant* property(GDBusConnection* connection, const char* sender, const char* path, const char* interface,
+                              const char* name, void* error, void* service);
+    void answer(const QString& method, GVariant* arguments, GDBusMethodInvocation* call);
+
+    Identity m_identity;
+    DeviceActions m_actions;
+    QString m_state;
+    GDBusConnection* m_connection = nullptr;
+    unsigned m_object = 0;
+    unsigned m_windowName = 0;
+};
+
+} // namespace corvanta::lab

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "BrowserBar.h"
+#include "BrowserPages.h"
+#include "DeviceLayout.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+typedef struct _GdkEventKey GdkEventKey;
+
+namespace corvanta::lab {
+
+/// One device on the desktop: its body, its browser and its pages. Until it is shown, and after its window was closed,
+/// the same things live off the screen, so pages go on as if they were seen. Of the main thread.
+class DeviceWindow {
+public:
+    /// `ready` is called once pages can be opened; `shown` with whether the window is on the desktop, at every change.
+    DeviceWindow(const DeviceType& type, const Runtime& runtime, const QString& deviceName, std::function<void()> ready,
+                 std::function<void(bool)> shown);
+    DeviceWindow(const DeviceWindow&) = delete;
+    DeviceWindow& operator=(const DeviceWindow&) = delete;
+    ~DeviceWindow();
+
+    [[nodiscard]] BrowserPages& pages() { return *m_pages; }
+
+    /// Puts the window on the desktop if needed and brings it forward; `then` is called once it is mapped.
+    void show(std::function<void()> then);
+
+    /// Takes the window off the desktop; the device goes on.
+    void hide();
+
+private:
+    void makeWindow(const QString& title);
+    void moveContentTo(GtkWidget* parent);
+    bool handleKey(const GdkEventKey& event);
+    void followSize(QSize area);
+    void scheduleClock();
+
+    DeviceType m_type;
+    std::function<void(bool)> m_shown;
+    GtkWidget* m_hidden = nullptr;
+    GtkWidget* m_window = nullptr;
+    GtkWidget* m_content = nullptr;
+    GtkWidget* m_canvas = nullptr;
+    GtkWidget* m_corners = nullptr;
+    std::unique_ptr<BrowserPages> m_pages;
+    std::unique_ptr<BrowserBar> m_bar;
+    DeviceLayout m_layout;
+    QSize m_area;
+    std::vector<std::function<void()>> m_waiting;
+    unsigned m_clock = 0;
+    unsigned m_rescale = 0;
+};
+
+} // namespace corvanta::lab

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "DeviceCatalogue.h"
+#include "DeviceService.h"
+#include "DeviceSet.h"
+#include "DeviceWindow.h"
+#include "InspectorServer.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <glib-unix.h>
+#include <gtk/gtk.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <poll.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace corvanta::lab;
+
+namespace {
+
+constexpr int portAttempts = 5;
+constexpr char attemptVariable[] = "CORVANTA_INSPECTOR_ATTEMPT";
+
+int fail(const char* text) {
+    std::fprintf(stderr, "SimulatorDevice: %s\n", text);
+    return EXIT_FAILURE;
+}
+
+std::vector<pid_t> children() {
+    std::vector<pid_t> result;
+    const QString tasks = u"/proc/self/task"_s;
+    for (const QString& task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(tasks + u'/' + task + u"/children"_s);
+        if (file.open(QIODevice::ReadOnly)) {
+            for (const QByteArray& word : file.readAll().split(' ')) {
+                if (const pid_t process = word.trimmed().toInt(); process > 0) {
+                    result.push_back(process);
+                }
+            }
+        }
+    }
+    return result;
+}
+
+/// Waits for the engine's processes, and ends those that outstay.
+void awaitChildren() {
+    using namespace std::chrono;
+    const auto deadline = steady_clock::now() + seconds(2);
+    for (const pid_t process : children()) {
+        const int handle = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+        if (handle < 0) {
+            continue;
+        }
+        const auto rest = duration_cast<milliseconds>(deadline - steady_clock::now()).count();
+        pollfd ended{.fd = handle, .events = POLLIN, .revents = 0};
+        if (poll(&ended, 1, static_cast<int>(std::max<decltype(rest)>(rest, 0))) == 0) {
+            syscall(SYS_pidfd_send_signal, handle, SIGKILL, nullptr, 0);
+        }
+        close(handle);
+    }
+}
+
+gboolean quitOnSignal(gpointer loop) {
+    g_main_loop_quit(static_cast<GMainLoop*>(loop));
+    return G_SOURCE_CONTINUE;
+}
+
+/// Starts this program anew: WebKit's inspector server cannot be moved to another port.
+int startAgain(char** argv) {
+    const int attempt = qEnvironmentVariableIntValue(attemptVariable) + 1;
+    if (attempt >= portAttempts) {
+        return fail("no port for the inspector server");
+    }
+    qputenv(attemptVariable, QByteArray::number(attempt));
+    execv("/proc/self/exe", argv);
+    return fail("cannot start again");
+}
+
+int run(const Device& device, const DeviceType& type, const Runtime& runtime, char** argv) {
+    g_set_prgname("com.apple.iphonesimulator");
+    g_set_application_name("Simulator");
+    const std::uint16_t port = chooseInspectorPort();
+    // The lab's windows are placed by other programs, which X11 allows.
+    gdk_set_allowed_backends("x11");
+    if (!gtk_init_check(nullptr, nullptr)) {
+        return fail("cannot open the display");
+    }
+    std::unique_ptr<GMainLoop, decltype(&g_main_loop_unref)> loop(g_main_loop_new(nullptr, FALSE), g_main_loop_unref);
+    std::unique_ptr<DeviceWindow> window;
+    std::unique_ptr<DeviceService> service;
+    bool isReady = false;
+    window = std::make_unique<DeviceWindow>(
+        type, runtime, device.name,
+        [&] {
+            isReady = true;
+            service->setBooted();
+        },
+        [&](bool isShown) { service->setWindowShown(isShown); });
+    if (!isListening(port)) {
+        return startAgain(argv);
+    }
+    DeviceActions actions{
+        .openURL = [&](const QString& url) { window->pages().open(url); },
+        .setLocation = [&](double latitude, double longitude) { window->pages().location().set(latitude, longitude); },
+        .clearLocation = [&] { window->pages().location().clear(); },
+        .showWindow = [&](std::function<void()> then) { window->show(std::move(then)); },
+        .shutdown = [&] { g_main_loop_quit(loop.get()); }};
+    service = std::make_unique<DeviceService>(
+        DeviceService::Identity{device.udid, device.name, runtime.name, u"127.0.0.1:%1"_s.arg(port)},
+        std::move(actions));
+    if (!service->start()) {
+        return fail("the device is running already, or there is no session bus");
+    }
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        g_unix_signal_add(signal, quitOnSignal, loop.get());
+    }
+    g_main_loop_run(loop.get());
+    window.reset();
+    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+    }
+    awaitChildren();
+    // The name is given up last, with the connection: who waits for it finds nothing left.
+    service.reset();
+    std::fflush(nullptr);
+    _exit(EXIT_SUCCESS);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        return fail("usage: SimulatorDevice UDID");
+    }
+    try {
+        const auto device = DeviceSet::open().deviceWithId(QString::fromUtf8(argv[1]));
+        if (!device) {
+            return fail("no device with that identifier");
+        }
+        const DeviceType* type = findDeviceType(device->deviceType);
+        const Runtime* runtime = findRuntime(device->runtime);
+        if (type == nullptr || runtime == nullptr) {
+            return fail("the device's type or runtime is not in the catalogue");
+        }
+        return run(*device, *type, *runtime, argv);
+    } catch (const std::exception& problem) {
+        return fail(problem.what());
+    }
+}

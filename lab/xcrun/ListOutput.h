@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "DeviceSet.h"
+#include "ListOptions.h"
+
+#include <QByteArray>
+#include <QJsonValue>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace corvanta::lab {
+
+/// A device with what the list says about it.
+struct ListedDevice {
+    Device device;
+    QString state;
+    QString folder;
+    std::optional<QDateTime> lastBooted;
+};
+
+/// The whole output of `simctl list`, as text or as JSON by the options.
+[[nodiscard]] QByteArray listOutput(const ListOptions& options, const std::vector<ListedDevice>& devices);
+
+/// A document as the Mac's tool spells it: two spaces a level, blanks on both sides of the colon, slashes escaped.
+[[nodiscard]] QByteArray spellJson(const QJsonValue& value);
+
+} // namespace corvanta::lab
