@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DevelopMenu.h"
 
+#include "LeafMenuItem.h"
 #include "PageTitle.h"
 
 #include <algorithm>
@@ -14,8 +15,14 @@ enum class Sensitivity { enabled, disabled };
 
 /// Titles come from devices and pages: no character of them is a mnemonic or mark-up.
 GtkWidget* plainItem(const char* title, Sensitivity sensitivity) {
-    GtkWidget* const item = gtk_menu_item_new_with_label(title);
+    GtkWidget* const item = makeLeafMenuItem(title);
     gtk_widget_set_sensitive(item, sensitivity == Sensitivity::enabled);
+    gtk_widget_show(item);
+    return item;
+}
+
+GtkWidget* submenuItem(const char* title) {
+    GtkWidget* const item = gtk_menu_item_new_with_label(title);
     gtk_widget_show(item);
     return item;
 }
@@ -46,7 +53,7 @@ public:
     DeviceItem(const LabDevice& device, InspectHandler& onInspect)
         : m_busName(device.busName)
         , m_onInspect(onInspect)
-        , m_item(plainItem("", Sensitivity::enabled))
+        , m_item(submenuItem(""))
         , m_menu(gtk_menu_new())
         , m_header(plainItem("", Sensitivity::disabled)) {
         GtkMenuShell* const menu = GTK_MENU_SHELL(m_menu);
@@ -131,7 +138,7 @@ private:
 };
 
 DevelopMenu::DevelopMenu(InspectHandler onInspect)
-    : m_item(GTK_WIDGET(g_object_ref_sink(plainItem("Develop", Sensitivity::enabled))))
+    : m_item(GTK_WIDGET(g_object_ref_sink(submenuItem("Develop"))))
     , m_menu(gtk_menu_new())
     , m_onInspect(std::move(onInspect)) {
     gtk_menu_item_set_submenu(GTK_MENU_ITEM(m_item.get()), m_menu);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "MenuBuilder.h"
 
+#include "LeafMenuItem.h"
+
 #include <memory>
 #include <utility>
 
@@ -36,7 +38,7 @@ MenuBuilder& MenuBuilder::separator() {
 }
 
 GtkWidget* makeActionItem(const char* title, MenuBuilder::Action action) {
-    GtkWidget* const item = gtk_menu_item_new_with_label(title);
+    GtkWidget* const item = makeLeafMenuItem(title);
     auto owned = std::make_unique<MenuBuilder::Action>(std::move(action));
     g_signal_connect_data(item, "activate", G_CALLBACK(+[](GtkMenuItem*, MenuBuilder::Action* run) { (*run)(); }),
                           owned.release(),
