@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "GlibPointers.h"
+
+#include <gtk/gtk.h>
+#include <webkit2/webkit2.h>
+
+#include <functional>
+#include <string>
+
+namespace corvanta {
+
+/// How a window first appears.
+enum class Appearance {
+    inFront,
+    /// Iconified, without taking the focus.
+    inBackground,
+};
+
+/// Safari's one browser window: menu bar, address row and the tabs. Main thread only.
+class BrowserWindow {
+public:
+    struct Handlers {
+        std::function<void()> showSettings;
+        std::function<void()> showAbout;
+        std::function<void()> quit;
+    };
+
+    BrowserWindow(GtkApplication* application, Handlers handlers);
+    BrowserWindow(const BrowserWindow&) = delete;
+    BrowserWindow& operator=(const BrowserWindow&) = delete;
+    ~BrowserWindow();
+
+    void show(Appearance appearance);
+    void present();
+
+    /// Puts the Develop item into the menu bar, or takes it out.
+    void setDevelopItem(GtkWidget* item);
+
+    /// The start page when `address` is empty.
+    void openTab(const std::string& address);
+
+    void emptyCaches();
+
+    [[nodiscard]] GtkWindow* window() const { return GTK_WINDOW(m_window); }
+
+private:
+    void buildMenus(const Handlers& handlers);
+    GtkWidget* buildAddressRow();
+    WebKitWebView* addView(WebKitWebView* related);
+    void closeTab(GtkWidget* view);
+    void openAddress();
+    void focusAddress();
+    void editingCommand(const char* command, const char* entrySignal);
+    void zoom(double factor);
+    void refresh();
+    [[nodiscard]] WebKitWebView* currentView() const;
+
+    GtkWidget* m_window;
+    GtkWidget* m_menuBar;
+    GtkWidget* m_tabs;
+    GtkWidget* m_entry = nullptr;
+    GtkWidget* m_back = nullptr;
+    GtkWidget* m_forward = nullptr;
+    GtkWidget* m_reload = nullptr;
+    GtkWidget* m_developItem = nullptr;
+    GlibPointer<GtkAccelGroup> m_accelerators;
+};
+
+} // namespace corvanta

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "InspectorPool.h"
+
+#include "PageTitle.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace corvanta {
+
+namespace {
+
+constexpr guint firstSpareDelay = 300;
+/// Long enough to leave the machine to the inspector that is just opening.
+constexpr guint nextSpareDelay = 3000;
+
+} // namespace
+
+InspectorPool::InspectorPool(std::string serverAddress)
+    : m_serverAddress(std::move(serverAddress)) {
+    scheduleSpare(firstSpareDelay);
+}
+
+InspectorPool::~InspectorPool() = default;
+
+void InspectorPool::inspect(const TargetIdentifier& target, const std::string& title) {
+    if (const auto open = m_inspectors.find(target); open != m_inspectors.end()) {
+        open->second.process->present();
+        return;
+    }
+    std::unique_ptr<InspectorProcess> process = m_spare ? std::move(m_spare) : InspectorProcess::start(m_serverAddress);
+    if (!process) {
+        g_warning("The inspector of %s cannot be started.", title.c_str());
+        return;
+    }
+    process->setExitHandler([this, target] { m_inspectors.erase(target); });
+    process->inspect(target, title);
+    m_inspectors.emplace(target, Slot{std::move(process), title});
+    scheduleSpare(nextSpareDelay);
+}
+
+void InspectorPool::setTargets(const InspectableTargets& targets) {
+    for (auto position = m_inspectors.begin(); position != m_inspectors.end();) {
+        const auto target = std::ranges::find(targets, position->first, &InspectableTarget::identifier);
+        if (target == targets.end()) {
+            position = m_inspectors.erase(position);
+            continue;
+        }
+        if (std::string title = pageTitle(target->url); title != position->second.title) {
+            position->second.process->retitle(title);
+            position->second.title = std::move(title);
+        }
+        ++position;
+    }
+}
+
+void InspectorPool::scheduleSpare(guint delay) {
+    m_spareTimer.set(g_timeout_add(
+        delay,
+        [](gpointer self) -> gboolean {
+            auto* const pool = static_cast<InspectorPool*>(self);
+            pool->m_spareTimer.forget();
+            pool->startSpare();
+            return G_SOURCE_REMOVE;
+        },
+        this));
+}
+
+void InspectorPool::startSpare() {
+    if (m_spare)
+        return;
+    m_spare = InspectorProcess::start(m_serverAddress);
+    if (!m_spare)
+        return;
+    m_spare->setExitHandler([this] {
+        m_spare.reset();
+        scheduleSpare(nextSpareDelay);
+    });
+}
+
+} // namespace corvanta

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "InspectorProcess.h"
+
+#include "InspectorCommands.h"
+
+namespace corvanta {
+
+namespace {
+
+std::string companionPath(const char* program) {
+    const GlibPointer<char> self(g_file_read_link("/proc/self/exe", nullptr));
+    const GlibPointer<char> folder(self ? g_path_get_dirname(self.get()) : g_strdup("."));
+    const GlibPointer<char> path(g_build_filename(folder.get(), program, nullptr));
+    return path.get();
+}
+
+} // namespace
+
+std::unique_ptr<InspectorProcess> InspectorProcess::start(const std::string& serverAddress) {
+    const std::string program = companionPath("SafariInspector");
+    GlibPointer<GSubprocess> process(g_subprocess_new(G_SUBPROCESS_FLAGS_STDIN_PIPE, nullptr, program.c_str(),
+                                                      "--server", serverAddress.c_str(), "--commands", nullptr));
+    if (!process)
+        return nullptr;
+    return std::unique_ptr<InspectorProcess>(new InspectorProcess(std::move(process)));
+}
+
+InspectorProcess::InspectorProcess(GlibPointer<GSubprocess> process)
+    : m_process(std::move(process))
+    , m_cancellable(g_cancellable_new()) {
+    g_subprocess_wait_async(
+        m_process.get(), m_cancellable.get(),
+        [](GObject* process, GAsyncResult* result, gpointer self) {
+            if (g_subprocess_wait_finish(G_SUBPROCESS(process), result, nullptr)) {
+                // The handler may drop the object that holds it.
+                const auto onExit = static_cast<InspectorProcess*>(self)->m_onExit;
+                if (onExit)
+                    onExit();
+            }
+        },
+        this);
+}
+
+InspectorProcess::~InspectorProcess() {
+    g_cancellable_cancel(m_cancellable.get());
+    g_output_stream_close(g_subprocess_get_stdin_pipe(m_process.get()), nullptr, nullptr);
+}
+
+void InspectorProcess::inspect(const TargetIdentifier& target, const std::string& title) {
+    send(formatCommand(InspectCommand{target, title}));
+}
+
+void InspectorProcess::present() {
+    send(formatCommand(PresentCommand{}));
+}
+
+void InspectorProcess::retitle(const std::string& title) {
+    send(formatCommand(RetitleCommand{title}));
+}
+
+void InspectorProcess::send(const std::string& line) {
+    // Non-blocking, so that a hung inspector never hangs Safari. The pipe holds hundreds of such lines; one that does
+    // not fit is lost with a process that has stopped listening anyway.
+    auto* const pipe = G_POLLABLE_OUTPUT_STREAM(g_subprocess_get_stdin_pipe(m_process.get()));
+    g_pollable_output_stream_write_nonblocking(pipe, line.data(), line.size(), nullptr, nullptr);
+}
+
+} // namespace corvanta

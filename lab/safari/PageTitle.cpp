@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "PageTitle.h"
+
+#include "GlibPointers.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace corvanta {
+
+namespace {
+
+constexpr long longestTitle = 200;
+
+bool isReadable(const std::string& text) {
+    if (text.empty() || !g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr))
+        return false;
+    for (const char* position = text.c_str(); *position != '\0'; position = g_utf8_next_char(position)) {
+        const gunichar character = g_utf8_get_char(position);
+        // Beside control characters, this turns away those that reorder or hide text.
+        if (!g_unichar_isgraph(character) && character != U' ')
+            return false;
+    }
+    return true;
+}
+
+std::string lastPathPart(std::string_view path) {
+    while (path.ends_with('/'))
+        path.remove_suffix(1);
+    const std::size_t slash = path.rfind('/');
+    const std::string part(slash == std::string_view::npos ? path : path.substr(slash + 1));
+    const GlibPointer<char> unescaped(g_uri_unescape_string(part.c_str(), nullptr));
+    if (unescaped && isReadable(unescaped.get()))
+        return unescaped.get();
+    return part;
+}
+
+std::string shortened(const std::string& text) {
+    const GlibPointer<char> valid(g_utf8_make_valid(text.c_str(), -1));
+    std::string line = valid.get();
+    std::ranges::replace_if(line, [](char letter) { return g_ascii_iscntrl(letter); }, ' ');
+    if (g_utf8_strlen(line.c_str(), -1) <= longestTitle)
+        return line;
+    const GlibPointer<char> start(g_utf8_substring(line.c_str(), 0, longestTitle - 1));
+    return std::string(start.get()) + "…";
+}
+
+} // namespace
+
+std::string pageTitle(const std::string& url) {
+    if (url.empty() || url == "about:blank")
+        return "about:blank";
+    const GlibPointer<GUri> uri(g_uri_parse(
+        url.c_str(),
+        static_cast<GUriFlags>(G_URI_FLAGS_ENCODED_PATH | G_URI_FLAGS_ENCODED_QUERY | G_URI_FLAGS_PARSE_RELAXED),
+        nullptr));
+    if (!uri)
+        return shortened(url);
+    const char* const rawHost = g_uri_get_host(uri.get());
+    const std::string host = rawHost ? rawHost : "";
+    const std::string path = g_uri_get_path(uri.get());
+    const std::string part = path.starts_with('/') ? lastPathPart(path) : std::string();
+    if (host.empty())
+        return shortened(part.empty() ? url : part);
+    return shortened(part.empty() ? host : host + " — " + part);
+}
+
+} // namespace corvanta
