@@ -1,0 +1,51 @@
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash
+source tools/dev/setup.sh
+
+verb_test() {
+  local preset=dev
+  local selection=()
+  while [[ $# -gt 0 ]]; do
+    case $1 in
+      -h | --help)
+        cat <<'TEXT'
+usage: ./dev test [--preset dev|release|asan] [--unit] [arguments of ctest]
+
+Installs what is missing, builds, and runs all tests: unit tests, and tests on virtual desktops of their own, which show
+nothing on your screen. --unit runs the unit tests alone.
+Examples of further arguments: -R URLNormalizer   -L desktop   --rerun-failed   --repeat until-fail:5
+TEXT
+        return
+        ;;
+      --preset)
+        preset=${2:?--preset needs a name}
+        shift 2
+        ;;
+      --preset=*)
+        preset=${1#*=}
+        shift
+        ;;
+      --unit)
+        selection=(--label-regex '^unit$')
+        shift
+        ;;
+      *) break ;;
+    esac
+  done
+  check_preset "$preset"
+  ensure_setup
+  build_preset "$preset"
+  [[ $preset != asan ]] || sanitizer_environment
+  ctest --preset "$preset" --parallel "$(nproc)" --no-tests=error "${selection[@]}" "$@"
+}
+
+sanitizer_environment() {
+  export ASAN_OPTIONS="detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1${ASAN_OPTIONS:+:$ASAN_OPTIONS}"
+  export UBSAN_OPTIONS="print_stacktrace=1${UBSAN_OPTIONS:+:$UBSAN_OPTIONS}"
+  export LSAN_OPTIONS="suppressions=$CORVANTA_ROOT/tools/leaks.supp:print_suppressions=0${LSAN_OPTIONS:+:$LSAN_OPTIONS}"
+  # Reports have names and lines only with a symbolizer, and the packaged one has a version in its name.
+  local symbolizer
+  if symbolizer=$(command -v llvm-symbolizer-19); then
+    export ASAN_SYMBOLIZER_PATH=$symbolizer
+  fi
+}
