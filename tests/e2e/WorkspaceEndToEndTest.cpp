@@ -196,7 +196,7 @@ TEST_F(WorkspaceEndToEnd, AttachesToTheNewPageAfterEachStartAndReload) {
     ASSERT_TRUE(eventually(attachedAnew));
     EXPECT_TRUE(eventually([] { return inspectorShows(u"Second page"_s); }));
 
-    for (const QString page : {u"index.html?first"_s, u"index.html?second"_s, u"index.html?third"_s}) {
+    for (const QString& page : {u"index.html?first"_s, u"index.html?second"_s, u"index.html?third"_s}) {
         previous = inspectorWindows().front().id;
         ASSERT_TRUE(m_corvanta.typeAddress(m_site.address(page)));
         ASSERT_TRUE(m_corvanta.press(u"Open / Reload"_s));
