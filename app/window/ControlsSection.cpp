@@ -5,24 +5,15 @@
 #include "workspace/WorkspaceCoordinator.h"
 
 #include <QComboBox>
-#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QResizeEvent>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
 namespace corvanta {
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-/// Below this width the four buttons stand in two rows.
-constexpr int widthForOneRow = 364;
-
-} // namespace
 
 ControlsSection::ControlsSection(WorkspaceCoordinator& coordinator, TaskScope& tasks, QWidget* parent)
     : QWidget(parent)
@@ -34,8 +25,7 @@ ControlsSection::ControlsSection(WorkspaceCoordinator& coordinator, TaskScope& t
     , m_start(new QPushButton(u"Start Workspace"_s))
     , m_reload(new QPushButton(u"Open / Reload"_s))
     , m_retile(new QPushButton(u"Re-tile"_s))
-    , m_stop(new QPushButton(u"Stop"_s))
-    , m_buttons(new QGridLayout) {
+    , m_stop(new QPushButton(u"Stop"_s)) {
     auto* const outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
     auto* const card = new Card;
@@ -64,8 +54,7 @@ ControlsSection::ControlsSection(WorkspaceCoordinator& coordinator, TaskScope& t
 
     m_start->setObjectName(u"prominent"_s);
     m_stop->setObjectName(u"destructive"_s);
-    m_buttons->setSpacing(6);
-    card->rows().addLayout(m_buttons);
+    card->rows().addWidget(new ButtonRows({m_start, m_reload, m_retile, m_stop}));
 
     connect(m_address, &QLineEdit::textChanged, &m_coordinator, &WorkspaceCoordinator::setUrlInput);
     connect(m_address, &QLineEdit::returnPressed, this, &ControlsSection::addressSubmitted);
@@ -90,7 +79,6 @@ ControlsSection::ControlsSection(WorkspaceCoordinator& coordinator, TaskScope& t
     showAddress();
     showDevices();
     updateButtons();
-    placeButtons(widthForOneRow);
 }
 
 void ControlsSection::showAddress() {
@@ -130,19 +118,6 @@ void ControlsSection::addressSubmitted() {
         m_tasks.start(m_coordinator.reloadPage());
     else
         m_tasks.start(m_coordinator.startWorkspace());
-}
-
-void ControlsSection::placeButtons(int width) {
-    const bool inOneRow = width >= widthForOneRow;
-    m_buttons->addWidget(m_start, 0, 0);
-    m_buttons->addWidget(m_reload, 0, 1);
-    m_buttons->addWidget(m_retile, inOneRow ? 0 : 1, inOneRow ? 2 : 0);
-    m_buttons->addWidget(m_stop, inOneRow ? 0 : 1, inOneRow ? 3 : 1);
-}
-
-void ControlsSection::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    placeButtons(event->size().width());
 }
 
 } // namespace corvanta

@@ -4,7 +4,6 @@
 #include <QWidget>
 
 class QComboBox;
-class QGridLayout;
 class QLineEdit;
 class QPushButton;
 
@@ -21,16 +20,12 @@ public:
     /// Both outlive the section.
     ControlsSection(WorkspaceCoordinator& coordinator, TaskScope& tasks, QWidget* parent = nullptr);
 
-protected:
-    void resizeEvent(QResizeEvent* event) override;
-
 private:
     void showAddress();
     void showDevices();
     void showSelection();
     void updateButtons();
     void addressSubmitted();
-    void placeButtons(int width);
 
     WorkspaceCoordinator& m_coordinator;
     TaskScope& m_tasks;
@@ -41,7 +36,6 @@ private:
     QPushButton* m_reload;
     QPushButton* m_retile;
     QPushButton* m_stop;
-    QGridLayout* m_buttons;
 };
 
 } // namespace corvanta

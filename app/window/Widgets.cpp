@@ -3,10 +3,13 @@
 
 #include "window/Appearance.h"
 
+#include <QGridLayout>
 #include <QPainter>
 #include <QResizeEvent>
 #include <QTimerEvent>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace corvanta {
 
@@ -134,6 +137,41 @@ void ProgressIndicator::paintEvent(QPaintEvent*) {
 void ProgressIndicator::timerEvent(QTimerEvent*) {
     m_angle = (m_angle + 360 / stepsPerTurn) % 360;
     update();
+}
+
+ButtonRows::ButtonRows(std::vector<QPushButton*> buttons, QWidget* parent)
+    : QWidget(parent)
+    , m_buttons(std::move(buttons))
+    , m_grid(new QGridLayout(this)) {
+    m_grid->setContentsMargins(0, 0, 0, 0);
+    m_grid->setSpacing(6);
+    // The row decides by the width that it is given, so its buttons must not widen the window.
+    m_grid->setSizeConstraint(QLayout::SetNoConstraint);
+    place(widthOfOneRow());
+}
+
+int ButtonRows::widthOfOneRow() const {
+    int width = -m_grid->spacing();
+    for (const QPushButton* const button : m_buttons)
+        width += button->sizeHint().width() + m_grid->spacing();
+    return width;
+}
+
+QSize ButtonRows::minimumSizeHint() const {
+    return {0, m_grid->sizeHint().height()};
+}
+
+void ButtonRows::place(int width) {
+    const int buttonCount = static_cast<int>(m_buttons.size());
+    const int columns = width >= widthOfOneRow() ? buttonCount : (buttonCount + 1) / 2;
+    for (int index = 0; index < buttonCount; ++index)
+        m_grid->addWidget(m_buttons[static_cast<std::size_t>(index)], index / columns, index % columns);
+    updateGeometry();
+}
+
+void ButtonRows::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    place(event->size().width());
 }
 
 ElidingButton::ElidingButton(const QString& text, QWidget* parent)

@@ -9,6 +9,9 @@
 #include <QPushButton>
 #include <QWidget>
 
+#include <vector>
+
+class QGridLayout;
 class QVBoxLayout;
 
 /// The small parts that the sections of the control window are made of.
@@ -69,6 +72,27 @@ protected:
 private:
     int m_timer = 0;
     int m_angle = 0;
+};
+
+/// Buttons in one row where they fit and in two rows where they do not, in the same order, all as wide as the card.
+class ButtonRows final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Takes ownership of the buttons.
+    explicit ButtonRows(std::vector<QPushButton*> buttons, QWidget* parent = nullptr);
+
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void place(int width);
+    [[nodiscard]] int widthOfOneRow() const;
+
+    std::vector<QPushButton*> m_buttons;
+    QGridLayout* m_grid;
 };
 
 /// A button that shrinks to the width it is given, its text elided with the whole of it as the tooltip.
