@@ -97,8 +97,10 @@ std::optional<JsonDecoder> JsonDecoder::optionalMember(const QString& key) const
 std::vector<std::pair<QString, JsonDecoder>> JsonDecoder::members() const {
     if (!m_value.isObject())
         throw mismatch(u"an object"_s);
+    const QStringList keys = m_value.toObject().keys();
     std::vector<std::pair<QString, JsonDecoder>> result;
-    for (const QString& key : m_value.toObject().keys())
+    result.reserve(static_cast<std::size_t>(keys.size()));
+    for (const QString& key : keys)
         result.emplace_back(key, member(key));
     return result;
 }
@@ -108,6 +110,7 @@ std::vector<JsonDecoder> JsonDecoder::elements() const {
         throw mismatch(u"an array"_s);
     const QJsonArray array = m_value.toArray();
     std::vector<JsonDecoder> result;
+    result.reserve(static_cast<std::size_t>(array.size()));
     for (qsizetype index = 0; index < array.size(); ++index)
         result.emplace_back(array.at(index), u"%1[%2]"_s.arg(m_keyPath).arg(index));
     return result;
