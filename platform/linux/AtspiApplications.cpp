@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#include "AtspiApplications.h"
+
+#include "AtspiMessages.h"
+
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+
+#include <algorithm>
+#include <chrono>
+
+namespace corvanta {
+
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr std::chrono::milliseconds lifetime{100};
+
+} // namespace
+
+AtspiApplications::AtspiApplications(AtspiBus& bus, HangAllowance& allowance)
+    : m_bus(bus)
+    , m_allowance(allowance) {}
+
+QList<AtspiReference> AtspiApplications::named(const QString& name) {
+    update();
+    QList<AtspiReference> roots;
+    for (const Application& application : m_applications) {
+        if (application.name == name)
+            roots.append(application.root);
+    }
+    return roots;
+}
+
+bool AtspiApplications::answers() {
+    update();
+    return m_age.isValid() && !m_rootsCall;
+}
+
+std::optional<std::uint32_t> AtspiApplications::processId(const QString& process) {
+    const auto found = std::ranges::find(m_applications, process, [](const Application& application) {
+        return application.root.bus;
+    });
+    return found == m_applications.end() ? std::nullopt : found->processId;
+}
+
+bool AtspiApplications::contains(const QString& process) const {
+    return std::ranges::any_of(m_applications, [&](const Application& application) {
+        return application.root.bus == process;
+    });
+}
+
+void AtspiApplications::clear() {
+    m_applications.clear();
+    m_rootsCall.reset();
+    m_age.invalidate();
+}
+
+void AtspiApplications::update() {
+    if (!m_age.hasExpired(lifetime.count()))
+        return;
+    if (!m_rootsCall) {
+        m_rootsCall.emplace(m_bus.call(
+            {u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s}, u"org.a11y.atspi.Accessible"_s,
+            u"GetChildren"_s));
+    }
+    if (!m_allowance.wait(*m_rootsCall)) {
+        m_applications.clear();
+        return;
+    }
+    const std::optional<QList<AtspiReference>> roots = parseReferences(m_rootsCall->pending.reply());
+    m_rootsCall.reset();
+    if (!roots) {
+        m_applications.clear();
+        m_age.invalidate();
+        return;
+    }
+    m_age.start();
+    takeRoots(*roots);
+    for (Application& application : m_applications)
+        takeReplies(application);
+}
+
+void AtspiApplications::takeRoots(const QList<AtspiReference>& roots) {
+    std::vector<Application> applications;
+    for (const AtspiReference& root : roots) {
+        const auto known = std::ranges::find(m_applications, root, &Application::root);
+        if (known != m_applications.end()) {
+            applications.push_back(std::move(*known));
+        } else {
+            applications.push_back({});
+            applications.back().root = root;
+        }
+        Application& application = applications.back();
+        if (!application.name && !application.nameCall) {
+            application.nameCall.emplace(m_bus.call(root, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+                                                    {u"org.a11y.atspi.Accessible"_s, u"Name"_s}));
+        }
+        if (!application.processId && !application.processIdCall) {
+            application.processIdCall.emplace(
+                m_bus.call({u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s}, u"org.freedesktop.DBus"_s,
+                           u"GetConnectionUnixProcessID"_s, {root.bus}));
+        }
+    }
+    m_applications = std::move(applications);
+}
+
+void AtspiApplications::takeReplies(Application& application) {
+    if (application.nameCall && m_allowance.wait(*application.nameCall)) {
+        const QDBusPendingReply<QDBusVariant> name = application.nameCall->pending;
+        if (name.isValid() && !name.value().variant().toString().isEmpty())
+            application.name = name.value().variant().toString();
+        application.nameCall.reset();
+    }
+    if (application.processIdCall && m_allowance.wait(*application.processIdCall)) {
+        const QDBusPendingReply<quint32> processId = application.processIdCall->pending;
+        if (processId.isValid())
+            application.processId = processId.value();
+        application.processIdCall.reset();
+    }
+}
+
+} // namespace corvanta

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AtspiBus.h"
+
+#include <QElapsedTimer>
+#include <QHash>
+
+#include <cstdint>
+#include <optional>
+
+namespace corvanta {
+
+/// The programs on the accessibility bus and their names. A program that does not answer does not spoil the others.
+class AtspiApplications {
+public:
+    AtspiApplications(AtspiBus& bus, HangAllowance& allowance);
+
+    /// The roots of the programs with that name, in the order in which they came.
+    [[nodiscard]] QList<AtspiReference> named(const QString& name);
+
+    /// Whether the registry of programs answers.
+    [[nodiscard]] bool answers();
+
+    [[nodiscard]] std::optional<std::uint32_t> processId(const QString& process);
+
+    [[nodiscard]] bool contains(const QString& process) const;
+
+    void expire() { m_age.invalidate(); }
+
+    /// Forgets everything, for a new connection.
+    void clear();
+
+private:
+    struct Application {
+        AtspiReference root;
+        std::optional<QString> name;
+        std::optional<std::uint32_t> processId;
+        std::optional<HangAllowance::Call> nameCall;
+        std::optional<HangAllowance::Call> processIdCall;
+    };
+
+    void update();
+    void takeRoots(const QList<AtspiReference>& roots);
+    void takeReplies(Application& application);
+
+    AtspiBus& m_bus;
+    HangAllowance& m_allowance;
+    std::vector<Application> m_applications;
+    std::optional<HangAllowance::Call> m_rootsCall;
+    QElapsedTimer m_age;
+};
+
+} // namespace corvanta

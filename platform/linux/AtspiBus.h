@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AtspiItem.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingCall>
+#include <QElapsedTimer>
+#include <QObject>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+namespace corvanta {
+
+/// How long programs that do not answer may hold the main thread in one turn of its event loop, all of them together.
+class HangAllowance {
+public:
+    static constexpr std::chrono::milliseconds perTurn{80};
+
+    /// Waits until `isDone`, which is asked again and again, or until the allowance is used up, and says which it was.
+    /// Only waiting in vain uses it up.
+    bool wait(const std::function<bool()>& isDone);
+
+    /// One call that may be waited for once: when that was in vain, later waits only look.
+    struct Call {
+        QDBusPendingCall pending;
+        bool isLate = false;
+    };
+
+    bool wait(Call& call);
+
+private:
+    std::chrono::nanoseconds m_used{};
+    bool m_isRenewalScheduled = false;
+    QObject m_context;
+};
+
+/// The connection to the accessibility bus, found through the session bus and found again after it went away.
+class AtspiBus : public QObject {
+    Q_OBJECT
+
+public:
+    explicit AtspiBus(HangAllowance& allowance);
+    ~AtspiBus() override;
+
+    /// Whether there is a connection; begins to make one where there is none.
+    [[nodiscard]] bool isConnected();
+
+    /// Whether the session's assistive-technology switch is on. Asked of the session again when the answer has aged.
+    [[nodiscard]] bool isEnabled();
+
+    /// Turns the session's assistive-technology switch on.
+    void enable();
+
+    /// Starts a call on the accessibility bus. It has no time limit: a program that hangs answers when it goes on.
+    [[nodiscard]] QDBusPendingCall call(const AtspiReference& object, const QString& interface, const QString& method,
+                                        const QVariantList& arguments = {}) const;
+
+    /// Counts the connections made, so that what was learnt on an earlier one can be told apart.
+    [[nodiscard]] unsigned generation() const { return m_generation; }
+
+Q_SIGNALS:
+    /// A process has left the bus.
+    void processLeft(const QString& bus);
+
+private Q_SLOTS:
+    void noteOwnerChange(const QString& name, const QString& oldOwner, const QString& newOwner);
+
+private:
+    void requestAddress();
+    void takeAddress();
+    void disconnectFromBus();
+
+    HangAllowance& m_allowance;
+    std::optional<QDBusConnection> m_connection;
+    std::optional<HangAllowance::Call> m_addressCall;
+    std::optional<HangAllowance::Call> m_enabledCall;
+    bool m_isEnabled = false;
+    QElapsedTimer m_enabledAge;
+    unsigned m_generation = 0;
+};
+
+} // namespace corvanta

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AtspiBus.h"
+#include "AtspiTree.h"
+
+#include <QDBusPendingCall>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QObject;
+
+namespace corvanta {
+
+/// Fetches accessible objects of one process in few round trips: each trip asks everything at once.
+///
+/// The replies arrive whether or not somebody waits; `advance` takes what has arrived and asks what is missing.
+class AtspiFetch {
+public:
+    /// Everything that the process has, from its cache; from its root downwards when it keeps no cache.
+    [[nodiscard]] static std::unique_ptr<AtspiFetch> everything(const AtspiBus& bus, const QString& process);
+
+    /// One object and what is below it, `levels` deep.
+    [[nodiscard]] static std::unique_ptr<AtspiFetch> below(const AtspiBus& bus, const AtspiReference& top, int levels);
+
+    ~AtspiFetch();
+    AtspiFetch(const AtspiFetch&) = delete;
+    AtspiFetch& operator=(const AtspiFetch&) = delete;
+
+    /// True once nothing is missing any more. True as well when the process is gone; the tree is empty then.
+    bool advance();
+
+    /// Calls `advance` and then `progress` from the event loop whenever something has arrived.
+    void watch(std::function<void()> progress);
+
+    /// Whether anything has arrived since the last question.
+    [[nodiscard]] bool takeProgress();
+
+    [[nodiscard]] AtspiTree takeTree();
+
+private:
+    struct ChildrenCall;
+    struct ObjectCalls;
+
+    AtspiFetch(const AtspiBus& bus, QString process, int levels);
+
+    void askObject(const QString& path, const QString& parent, int level);
+    void askChildren(const QString& path, int level);
+    void takeItems();
+    bool takeChildren(const ChildrenCall& call);
+    bool takeObject(const ObjectCalls& calls);
+    void askMissing(const QString& parent, const QList<AtspiReference>& children, int level);
+    void observe(const QDBusPendingCall& call);
+
+    const AtspiBus& m_bus;
+    QString m_process;
+    int m_levels;
+    AtspiTree m_tree;
+    std::optional<QDBusPendingCall> m_itemsCall;
+    std::vector<ChildrenCall> m_childrenCalls;
+    std::vector<ObjectCalls> m_objectCalls;
+    qsizetype m_asked = 0;
+    bool m_hasProgress = false;
+    std::function<void()> m_progress;
+    std::unique_ptr<QObject> m_watchers;
+};
+
+} // namespace corvanta

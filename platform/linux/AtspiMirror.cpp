@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "AtspiMirror.h"
+
+#include <utility>
+
+namespace corvanta {
+
+namespace {
+
+/// A page's objects cost four calls each, so they are fetched a few levels at a time.
+constexpr int levelsOnDemand = 3;
+
+} // namespace
+
+AtspiMirror::AtspiMirror(const AtspiBus& bus, QString process, Extent extent)
+    : m_bus(bus)
+    , m_process(std::move(process))
+    , m_extent(extent) {}
+
+void AtspiMirror::refresh() {
+    if (m_extent != Extent::everything)
+        return;
+    if (!m_fetch) {
+        m_fetch = AtspiFetch::everything(m_bus, m_process);
+        m_isAddition = false;
+    }
+    m_fetch->watch([this] { settle(); });
+}
+
+void AtspiMirror::request(const QString& path) {
+    if (m_fetch)
+        return;
+    const bool fresh = isFresh();
+    if (m_extent == Extent::everything) {
+        if (!fresh)
+            m_fetch = AtspiFetch::everything(m_bus, m_process);
+        m_isAddition = false;
+        return;
+    }
+    const AtspiItem* const known = m_tree.item(path);
+    if (fresh && known != nullptr && known->areChildrenKnown)
+        return;
+    m_fetch = AtspiFetch::below(m_bus, {m_process, path}, levelsOnDemand);
+    m_isAddition = fresh;
+}
+
+bool AtspiMirror::settle() {
+    if (!m_fetch)
+        return true;
+    if (!m_fetch->advance())
+        return false;
+    AtspiTree tree = m_fetch->takeTree();
+    m_fetch.reset();
+    m_isGivenUp = false;
+    if (m_isAddition) {
+        m_tree.merge(std::move(tree));
+    } else {
+        m_tree = std::move(tree);
+        m_age.start();
+    }
+    return true;
+}
+
+bool AtspiMirror::isHopeful() {
+    if (m_isGivenUp && m_fetch && m_fetch->takeProgress())
+        m_isGivenUp = false;
+    return !m_isGivenUp;
+}
+
+void AtspiMirror::giveUp() {
+    m_isGivenUp = true;
+    if (!m_fetch)
+        return;
+    (void)m_fetch->takeProgress();
+    m_fetch->watch([this] { settle(); });
+}
+
+const AtspiItem* AtspiMirror::item(const QString& path) const {
+    return m_isGivenUp ? nullptr : m_tree.item(path);
+}
+
+} // namespace corvanta

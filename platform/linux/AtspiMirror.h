@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AtspiBus.h"
+#include "AtspiFetch.h"
+#include "AtspiTree.h"
+
+#include <QElapsedTimer>
+
+#include <chrono>
+#include <memory>
+
+namespace corvanta {
+
+/// The accessible objects of one process as they were a moment ago.
+///
+/// Nothing here waits: a reader requests what it needs, waits for it as long as it may, and gives up on a mirror that
+/// does not settle. Such a mirror holds nothing until its process has answered.
+class AtspiMirror {
+public:
+    /// How old objects may be when they are read.
+    static constexpr std::chrono::milliseconds lifetime{100};
+
+    enum class Extent {
+        everything, ///< A program of the desktop: all of it in one go.
+        onDemand,   ///< A page inside another program, of any size: what is asked for and the next levels below.
+    };
+
+    AtspiMirror(const AtspiBus& bus, QString process, Extent extent);
+
+    /// Begins to fetch everything anew unless that is under way; it arrives through the event loop.
+    void refresh();
+
+    /// Begins to fetch what reading that object and its children needs, unless it is here or on its way.
+    void request(const QString& path);
+
+    /// Takes what has arrived; true when nothing is on its way.
+    bool settle();
+
+    /// Whether the process deserves to be waited for: it was not given up, or has shown a sign of life since.
+    [[nodiscard]] bool isHopeful();
+
+    void giveUp();
+
+    /// Makes the next request fetch anew.
+    void expire() { m_age.invalidate(); }
+
+    /// Whether what is here is recent enough to be read without waiting.
+    [[nodiscard]] bool isFresh() const { return !m_age.hasExpired(lifetime.count()); }
+
+    /// Null when it is not known or the process does not answer.
+    [[nodiscard]] const AtspiItem* item(const QString& path) const;
+
+    [[nodiscard]] const AtspiTree& tree() const { return m_tree; }
+
+private:
+    const AtspiBus& m_bus;
+    QString m_process;
+    Extent m_extent;
+    AtspiTree m_tree;
+    QElapsedTimer m_age;
+    std::unique_ptr<AtspiFetch> m_fetch;
+    bool m_isAddition = false;
+    bool m_isGivenUp = false;
+};
+
+} // namespace corvanta
