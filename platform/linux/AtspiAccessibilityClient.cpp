@@ -15,6 +15,8 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
+const QString rootPath = u"/org/a11y/atspi/accessible/root"_s;
+
 bool isWindowRole(AtspiRole role) {
     switch (role) {
     case AtspiRole::frame:
@@ -29,9 +31,8 @@ bool isWindowRole(AtspiRole role) {
     }
 }
 
-bool isWindow(const AtspiTree& tree, const AtspiItem& item) {
-    return isWindowRole(item.role) && tree.item(item.parent.path) != nullptr &&
-           tree.item(item.parent.path)->parent.isNull();
+bool isWindow(const AtspiItem& item) {
+    return isWindowRole(item.role) && item.parent == AtspiReference{item.reference.bus, rootPath};
 }
 
 const AtspiItem* firstMenuBar(const AtspiTree& tree, const AtspiItem& item) {
@@ -288,7 +289,7 @@ AtspiAccessibilityClient::Value AtspiAccessibilityClient::itemAttribute(const At
         const Point origin = m_primaryOrigin();
         return Point{rect->x - origin.x, rect->y - origin.y};
     }
-    if (name == u"AXCloseButton" && isWindow(mirror(reference.bus).tree(), *known))
+    if (name == u"AXCloseButton" && isWindow(*known))
         return Node::element(Node::Kind::closeButton, reference);
     return std::nullopt;
 }
@@ -357,7 +358,7 @@ std::optional<PixelRect> AtspiAccessibilityClient::frame(const AtspiReference& r
     const AtspiItem* const known = item(reference);
     if (known == nullptr)
         return std::nullopt;
-    if (!isWindow(mirror(reference.bus).tree(), *known))
+    if (!isWindow(*known))
         return extents(reference);
     const std::optional<X11Windows::Window> window = windowBehind(reference);
     return window ? m_windows.outerFrame(*window) : std::nullopt;
@@ -382,7 +383,7 @@ std::optional<PixelRect> AtspiAccessibilityClient::extents(const AtspiReference&
 
 std::optional<X11Windows::Window> AtspiAccessibilityClient::windowBehind(const AtspiReference& reference) {
     const AtspiItem* const known = item(reference);
-    if (known == nullptr || !isWindow(mirror(reference.bus).tree(), *known))
+    if (known == nullptr || !isWindow(*known))
         return std::nullopt;
     const QString title = known->name;
     const std::optional<std::uint32_t> processId = m_applications.processId(reference.bus);
@@ -420,6 +421,9 @@ bool AtspiAccessibilityClient::press(const AtspiReference& reference) {
         mirror.refresh();
         return true;
     }
+    // GTK 3 reports success for an insensitive entry and does nothing.
+    if (!known->has(AtspiState::sensitive))
+        return false;
     HangAllowance::Call call{
         m_bus.call(reference, u"org.a11y.atspi.Action"_s, u"DoAction"_s, {QVariant::fromValue(qint32{0})})};
     const bool answered = m_allowance.wait(call);
