@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "AtspiAccessibilityClient.h"
+#include "LabCommandRunner.h"
+#include "LinuxDesktop.h"
+#include "Platform.h"
+#include "SettingsPreferencesStore.h"
+#include "X11ControlWindow.h"
+#include "X11Screens.h"
+#include "X11Windows.h"
+#include "simulator/FoundationProcessRunner.h"
+#include "support/SystemClock.h"
+
+namespace corvanta {
+
+namespace {
+
+class LinuxPlatform final : public Platform {
+public:
+    [[nodiscard]] AccessibilityClient& accessibility() override { return m_accessibility; }
+    [[nodiscard]] Desktop& desktop() override { return m_desktop; }
+    [[nodiscard]] Clock& clock() override { return m_clock; }
+    [[nodiscard]] PreferencesStore& preferences() override { return m_preferences; }
+
+    [[nodiscard]] std::unique_ptr<CommandRunning> makeCommandRunner() override {
+        return std::make_unique<LabCommandRunner>(std::make_unique<FoundationProcessRunner>(), m_lab);
+    }
+
+    [[nodiscard]] std::shared_ptr<ControlWindow> makeControlWindow(QWidget& window) override {
+        return std::make_shared<X11ControlWindow>(window, m_windows, m_screens);
+    }
+
+private:
+    LabFolder m_lab;
+    SystemClock m_clock;
+    SettingsPreferencesStore m_preferences;
+    X11Windows m_windows;
+    X11Screens m_screens{m_windows};
+    AtspiAccessibilityClient m_accessibility{m_windows, [this] { return m_screens.primaryOrigin(); }};
+    LinuxDesktop m_desktop{m_windows, m_screens, m_clock, m_lab,
+                           [this](const QString& identifier) { return m_accessibility.hasMenuBar(identifier); }};
+};
+
+} // namespace
+
+std::unique_ptr<Platform> makePlatform() {
+    return std::make_unique<LinuxPlatform>();
+}
+
+} // namespace corvanta
