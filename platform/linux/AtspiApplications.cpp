@@ -3,6 +3,7 @@
 
 #include "AtspiMessages.h"
 
+#include <QCoreApplication>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 
@@ -79,7 +80,11 @@ void AtspiApplications::update() {
     m_age.start();
     takeRoots(*roots);
     for (Application& application : m_applications)
-        takeReplies(application);
+        takeProcessId(application);
+    for (Application& application : m_applications)
+        askName(application);
+    for (Application& application : m_applications)
+        takeName(application);
 }
 
 void AtspiApplications::takeRoots(const QList<AtspiReference>& roots) {
@@ -93,10 +98,6 @@ void AtspiApplications::takeRoots(const QList<AtspiReference>& roots) {
             applications.back().root = root;
         }
         Application& application = applications.back();
-        if (!application.name && !application.nameCall) {
-            application.nameCall.emplace(m_bus.call(root, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
-                                                    {u"org.a11y.atspi.Accessible"_s, u"Name"_s}));
-        }
         if (!application.processId && !application.processIdCall) {
             application.processIdCall.emplace(
                 m_bus.call({u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s}, u"org.freedesktop.DBus"_s,
@@ -106,19 +107,31 @@ void AtspiApplications::takeRoots(const QList<AtspiReference>& roots) {
     m_applications = std::move(applications);
 }
 
-void AtspiApplications::takeReplies(Application& application) {
-    if (application.nameCall && m_allowance.wait(*application.nameCall)) {
-        const QDBusPendingReply<QDBusVariant> name = application.nameCall->pending;
-        if (name.isValid() && !name.value().variant().toString().isEmpty())
-            application.name = name.value().variant().toString();
-        application.nameCall.reset();
-    }
-    if (application.processIdCall && m_allowance.wait(*application.processIdCall)) {
-        const QDBusPendingReply<quint32> processId = application.processIdCall->pending;
-        if (processId.isValid())
-            application.processId = processId.value();
-        application.processIdCall.reset();
-    }
+void AtspiApplications::takeProcessId(Application& application) {
+    if (!application.processIdCall || !m_allowance.wait(*application.processIdCall))
+        return;
+    const QDBusPendingReply<quint32> processId = application.processIdCall->pending;
+    if (processId.isValid())
+        application.processId = processId.value();
+    application.processIdCall.reset();
+}
+
+void AtspiApplications::askName(Application& application) {
+    // This process is on the bus as well, and cannot answer while it waits.
+    const auto ownProcessId = static_cast<std::uint32_t>(QCoreApplication::applicationPid());
+    if (application.name || application.nameCall || application.processId.value_or(ownProcessId) == ownProcessId)
+        return;
+    application.nameCall.emplace(m_bus.call(application.root, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+                                            {u"org.a11y.atspi.Accessible"_s, u"Name"_s}));
+}
+
+void AtspiApplications::takeName(Application& application) {
+    if (!application.nameCall || !m_allowance.wait(*application.nameCall))
+        return;
+    const QDBusPendingReply<QDBusVariant> name = application.nameCall->pending;
+    if (name.isValid() && !name.value().variant().toString().isEmpty())
+        application.name = name.value().variant().toString();
+    application.nameCall.reset();
 }
 
 } // namespace corvanta

@@ -11,7 +11,7 @@
 
 namespace corvanta {
 
-/// The programs on the accessibility bus and their names. A program that does not answer does not spoil the others.
+/// The other programs on the accessibility bus and their names. A program that does not answer does not spoil the others.
 class AtspiApplications {
 public:
     AtspiApplications(AtspiBus& bus, HangAllowance& allowance);
@@ -42,7 +42,9 @@ private:
 
     void update();
     void takeRoots(const QList<AtspiReference>& roots);
-    void takeReplies(Application& application);
+    void takeProcessId(Application& application);
+    void askName(Application& application);
+    void takeName(Application& application);
 
     AtspiBus& m_bus;
     HangAllowance& m_allowance;

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // A GTK program with a menu bar whose menus are never shown, driven by lines on its standard input. Each line is
-// answered by "ok" on standard output; pressed entries and closed windows are reported there as they happen.
+// answered by "ok" on standard output; pressed entries and closed windows are reported there as they happen. With a
+// second argument it owns that name on the session bus and reads no commands.
 #include <gtk/gtk.h>
 
 #include <cstdio>
@@ -156,8 +157,13 @@ int main(int argc, char** argv) {
     g_set_prgname(argc > 1 ? argv[1] : "dev.corvanta.MenuFixture");
     gtk_init(nullptr, nullptr);
     Fixture fixture;
-    GIOChannel* const input = g_io_channel_unix_new(0);
-    g_io_add_watch(input, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP), readLine, &fixture);
+    if (argc > 2) {
+        g_bus_own_name(G_BUS_TYPE_SESSION, argv[2], G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr, nullptr, nullptr,
+                       nullptr);
+    } else {
+        GIOChannel* const input = g_io_channel_unix_new(0);
+        g_io_add_watch(input, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP), readLine, &fixture);
+    }
     say("ready");
     gtk_main();
     return 0;
