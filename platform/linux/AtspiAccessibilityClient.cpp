@@ -207,9 +207,8 @@ AtspiMirror& AtspiAccessibilityClient::mirror(const QString& process) {
     std::unique_ptr<AtspiMirror>& mirror = m_mirrors[process];
     if (!mirror) {
         const bool isProgram = m_applications.contains(process);
-        mirror = std::make_unique<AtspiMirror>(m_bus, process,
-                                               isProgram ? AtspiMirror::Extent::everything
-                                                         : AtspiMirror::Extent::onDemand);
+        mirror = std::make_unique<AtspiMirror>(
+            m_bus, process, isProgram ? AtspiMirror::Extent::everything : AtspiMirror::Extent::onDemand);
     }
     return *mirror;
 }
@@ -302,10 +301,12 @@ std::vector<AccessibilityElement> AtspiAccessibilityClient::windowsOf(const QStr
         mirrors.back()->request(root.path);
     }
     await(mirrors);
+
     struct Window {
         QString title;
         AtspiReference reference;
     };
+
     std::vector<Window> found;
     const auto precedes = [](const QString& left, const QString& right) { return compareNames(left, right) < 0; };
     for (const AtspiReference& root : roots) {

@@ -17,10 +17,10 @@ namespace corvanta {
 
 /// The accessibility client on the desktop's accessibility bus (AT-SPI), under the names of macOS.
 ///
-/// An application element stands for every program on the bus that carries the bundle identifier as its name. Reads come
-/// from a mirror of each program's objects that is fetched in one go and is at most a tenth of a second old. Programs
-/// that do not answer hold a turn of the event loop for 80 ms, all together, and read as absent until they answer.
-/// Windows are measured and placed by way of the X server, in device pixels.
+/// An application element stands for every program on the bus that carries the bundle identifier as its name. Reads
+/// come from a mirror of each program's objects that is fetched in one go and is at most a tenth of a second old.
+/// Programs that do not answer hold a turn of the event loop for 80 ms, all together, and read as absent until they
+/// answer. Windows are measured and placed by way of the X server, in device pixels.
 class AtspiAccessibilityClient final : public AccessibilityClient {
 public:
     /// `primaryOrigin` is the top-left corner of the primary screen on the X root window.

@@ -40,16 +40,14 @@ bool AtspiApplications::answers() {
 }
 
 std::optional<std::uint32_t> AtspiApplications::processId(const QString& process) {
-    const auto found = std::ranges::find(m_applications, process, [](const Application& application) {
-        return application.root.bus;
-    });
+    const auto found =
+        std::ranges::find(m_applications, process, [](const Application& application) { return application.root.bus; });
     return found == m_applications.end() ? std::nullopt : found->processId;
 }
 
 bool AtspiApplications::contains(const QString& process) const {
-    return std::ranges::any_of(m_applications, [&](const Application& application) {
-        return application.root.bus == process;
-    });
+    return std::ranges::any_of(m_applications,
+                               [&](const Application& application) { return application.root.bus == process; });
 }
 
 void AtspiApplications::clear() {
@@ -62,9 +60,8 @@ void AtspiApplications::update() {
     if (!m_age.hasExpired(lifetime.count()))
         return;
     if (!m_rootsCall) {
-        m_rootsCall.emplace(m_bus.call(
-            {u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s}, u"org.a11y.atspi.Accessible"_s,
-            u"GetChildren"_s));
+        m_rootsCall.emplace(m_bus.call({u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s},
+                                       u"org.a11y.atspi.Accessible"_s, u"GetChildren"_s));
     }
     if (!m_allowance.wait(*m_rootsCall)) {
         m_applications.clear();
@@ -99,9 +96,9 @@ void AtspiApplications::takeRoots(const QList<AtspiReference>& roots) {
         }
         Application& application = applications.back();
         if (!application.processId && !application.processIdCall) {
-            application.processIdCall.emplace(
-                m_bus.call({u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s}, u"org.freedesktop.DBus"_s,
-                           u"GetConnectionUnixProcessID"_s, {root.bus}));
+            application.processIdCall.emplace(m_bus.call({u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s},
+                                                         u"org.freedesktop.DBus"_s, u"GetConnectionUnixProcessID"_s,
+                                                         {root.bus}));
         }
     }
     m_applications = std::move(applications);

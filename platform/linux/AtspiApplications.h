@@ -11,7 +11,8 @@
 
 namespace corvanta {
 
-/// The other programs on the accessibility bus and their names. A program that does not answer does not spoil the others.
+/// The other programs on the accessibility bus and their names. A program that does not answer does not spoil the
+/// others.
 class AtspiApplications {
 public:
     AtspiApplications(AtspiBus& bus, HangAllowance& allowance);

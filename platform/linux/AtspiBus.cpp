@@ -113,7 +113,8 @@ QDBusPendingCall AtspiBus::call(const AtspiReference& object, const QString& int
 }
 
 void AtspiBus::noteOwnerChange(const QString& name, const QString& oldOwner, const QString& newOwner) {
-    if (newOwner.isEmpty() && name == oldOwner)
+    Q_UNUSED(oldOwner);
+    if (newOwner.isEmpty())
         Q_EMIT processLeft(name);
 }
 

@@ -18,9 +18,8 @@ using namespace Qt::Literals::StringLiterals;
 const QString accessibleInterface = u"org.a11y.atspi.Accessible"_s;
 const QString rootPath = u"/org/a11y/atspi/accessible/root"_s;
 
-/// Pages can be of any size; what a menu or a window's frame needs is far below this.
-constexpr qsizetype objectLimit = 5000;
-constexpr int deepest = 64;
+/// Far above what menus and windows need; a program that claims more is not followed.
+constexpr AtspiFetch::Limits everythingLimits{64, 5000};
 
 } // namespace
 
@@ -44,22 +43,26 @@ struct AtspiFetch::ObjectCalls {
     }
 };
 
-AtspiFetch::AtspiFetch(const AtspiBus& bus, QString process, int levels)
+struct AtspiFetch::PlugCall {
+    QString path;
+    QDBusPendingCall plug;
+};
+
+AtspiFetch::AtspiFetch(const AtspiBus& bus, QString process, Limits limits)
     : m_bus(bus)
     , m_process(std::move(process))
-    , m_levels(levels) {}
+    , m_limits(limits) {}
 
 AtspiFetch::~AtspiFetch() = default;
 
 std::unique_ptr<AtspiFetch> AtspiFetch::everything(const AtspiBus& bus, const QString& process) {
-    std::unique_ptr<AtspiFetch> fetch(new AtspiFetch(bus, process, deepest));
-    fetch->m_itemsCall =
-        bus.call({process, u"/org/a11y/atspi/cache"_s}, u"org.a11y.atspi.Cache"_s, u"GetItems"_s);
+    std::unique_ptr<AtspiFetch> fetch(new AtspiFetch(bus, process, everythingLimits));
+    fetch->m_itemsCall = bus.call({process, u"/org/a11y/atspi/cache"_s}, u"org.a11y.atspi.Cache"_s, u"GetItems"_s);
     return fetch;
 }
 
-std::unique_ptr<AtspiFetch> AtspiFetch::below(const AtspiBus& bus, const AtspiReference& top, int levels) {
-    std::unique_ptr<AtspiFetch> fetch(new AtspiFetch(bus, top.bus, levels));
+std::unique_ptr<AtspiFetch> AtspiFetch::below(const AtspiBus& bus, const AtspiReference& top, Limits limits) {
+    std::unique_ptr<AtspiFetch> fetch(new AtspiFetch(bus, top.bus, limits));
     fetch->askObject(top.path, {}, 0);
     return fetch;
 }
@@ -76,7 +79,11 @@ bool AtspiFetch::advance() {
         if (!takeObject(calls))
             m_objectCalls.push_back(calls);
     }
-    return !m_itemsCall && m_childrenCalls.empty() && m_objectCalls.empty();
+    for (const PlugCall& call : std::exchange(m_plugCalls, {})) {
+        if (!takePlug(call))
+            m_plugCalls.push_back(call);
+    }
+    return !m_itemsCall && m_childrenCalls.empty() && m_objectCalls.empty() && m_plugCalls.empty();
 }
 
 void AtspiFetch::watch(std::function<void()> progress) {
@@ -88,6 +95,8 @@ void AtspiFetch::watch(std::function<void()> progress) {
         observe(call.children);
     for (const ObjectCalls& calls : m_objectCalls)
         observe(calls.children);
+    for (const PlugCall& call : m_plugCalls)
+        observe(call.plug);
 }
 
 bool AtspiFetch::takeProgress() {
@@ -111,16 +120,15 @@ void AtspiFetch::observe(const QDBusPendingCall& call) {
 }
 
 void AtspiFetch::askObject(const QString& path, const QString& parent, int level) {
-    if (m_asked >= objectLimit)
+    if (m_asked >= m_limits.objects)
         return;
     ++m_asked;
     const AtspiReference object{m_process, path};
-    m_objectCalls.push_back({path, parent, level,
-                             m_bus.call(object, u"org.freedesktop.DBus.Properties"_s, u"GetAll"_s,
-                                        {accessibleInterface}),
-                             m_bus.call(object, accessibleInterface, u"GetRole"_s),
-                             m_bus.call(object, accessibleInterface, u"GetState"_s),
-                             m_bus.call(object, accessibleInterface, u"GetChildren"_s)});
+    m_objectCalls.push_back(
+        {path, parent, level,
+         m_bus.call(object, u"org.freedesktop.DBus.Properties"_s, u"GetAll"_s, {accessibleInterface}),
+         m_bus.call(object, accessibleInterface, u"GetRole"_s), m_bus.call(object, accessibleInterface, u"GetState"_s),
+         m_bus.call(object, accessibleInterface, u"GetChildren"_s)});
     observe(m_objectCalls.back().children);
 }
 
@@ -150,9 +158,7 @@ bool AtspiFetch::takeChildren(const ChildrenCall& call) {
     if (!call.children.isFinished())
         return false;
     m_hasProgress = true;
-    const QList<AtspiReference> children =
-        parseReferences(call.children.reply()).value_or(QList<AtspiReference>());
-    askMissing(call.path, children, call.level);
+    takeList(call.path, call.children, call.level);
     return true;
 }
 
@@ -170,12 +176,37 @@ bool AtspiFetch::takeObject(const ObjectCalls& calls) {
         item.parent = {m_process, calls.parent};
     item.name = properties.value().value(u"Name"_s).toString();
     item.description = properties.value().value(u"Description"_s).toString();
+    item.childCount = properties.value().value(u"ChildCount"_s, -1).toInt();
     item.role = static_cast<AtspiRole>(role.value());
     item.states = parseStates(calls.states.reply()).value_or(0);
     m_tree.insert(item);
-    if (calls.level >= m_levels)
+    if (calls.level >= m_limits.levels)
         return true;
-    askMissing(calls.path, parseReferences(calls.children.reply()).value_or(QList<AtspiReference>()), calls.level);
+    takeList(calls.path, calls.children, calls.level);
+    return true;
+}
+
+void AtspiFetch::takeList(const QString& parent, const QDBusPendingCall& reply, int level) {
+    const QList<AtspiReference> children = parseReferences(reply.reply()).value_or(QList<AtspiReference>());
+    const AtspiItem* const item = m_tree.item(parent);
+    if (children.isEmpty() && item != nullptr && item->childCount == 1) {
+        // A socket that shows another process's page counts it, but names it only when asked by its index.
+        m_plugCalls.push_back(
+            {parent, m_bus.call({m_process, parent}, accessibleInterface, u"GetChildAtIndex"_s, {qint32{0}})});
+        observe(m_plugCalls.back().plug);
+        return;
+    }
+    askMissing(parent, children, level);
+}
+
+bool AtspiFetch::takePlug(const PlugCall& call) {
+    if (!call.plug.isFinished())
+        return false;
+    m_hasProgress = true;
+    QList<AtspiReference> children;
+    if (const std::optional<AtspiReference> plug = parseReference(call.plug.reply()))
+        children.append(*plug);
+    m_tree.setChildren(call.path, children);
     return true;
 }
 

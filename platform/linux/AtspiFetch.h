@@ -22,8 +22,15 @@ public:
     /// Everything that the process has, from its cache; from its root downwards when it keeps no cache.
     [[nodiscard]] static std::unique_ptr<AtspiFetch> everything(const AtspiBus& bus, const QString& process);
 
-    /// One object and what is below it, `levels` deep.
-    [[nodiscard]] static std::unique_ptr<AtspiFetch> below(const AtspiBus& bus, const AtspiReference& top, int levels);
+    /// How far a fetch goes: levels below its top, and objects in all.
+    struct Limits {
+        int levels;
+        qsizetype objects;
+    };
+
+    /// One object and what is below it.
+    [[nodiscard]] static std::unique_ptr<AtspiFetch> below(const AtspiBus& bus, const AtspiReference& top,
+                                                           Limits limits);
 
     ~AtspiFetch();
     AtspiFetch(const AtspiFetch&) = delete;
@@ -43,24 +50,28 @@ public:
 private:
     struct ChildrenCall;
     struct ObjectCalls;
+    struct PlugCall;
 
-    AtspiFetch(const AtspiBus& bus, QString process, int levels);
+    AtspiFetch(const AtspiBus& bus, QString process, Limits limits);
 
     void askObject(const QString& path, const QString& parent, int level);
     void askChildren(const QString& path, int level);
     void takeItems();
     bool takeChildren(const ChildrenCall& call);
     bool takeObject(const ObjectCalls& calls);
+    bool takePlug(const PlugCall& call);
+    void takeList(const QString& parent, const QDBusPendingCall& reply, int level);
     void askMissing(const QString& parent, const QList<AtspiReference>& children, int level);
     void observe(const QDBusPendingCall& call);
 
     const AtspiBus& m_bus;
     QString m_process;
-    int m_levels;
+    Limits m_limits;
     AtspiTree m_tree;
     std::optional<QDBusPendingCall> m_itemsCall;
     std::vector<ChildrenCall> m_childrenCalls;
     std::vector<ObjectCalls> m_objectCalls;
+    std::vector<PlugCall> m_plugCalls;
     qsizetype m_asked = 0;
     bool m_hasProgress = false;
     std::function<void()> m_progress;

@@ -57,9 +57,7 @@ struct AtspiItem {
     QList<AtspiReference> children;
     bool areChildrenKnown = false;
 
-    [[nodiscard]] bool has(AtspiState state) const {
-        return ((states >> static_cast<unsigned>(state)) & 1U) != 0;
-    }
+    [[nodiscard]] bool has(AtspiState state) const { return ((states >> static_cast<unsigned>(state)) & 1U) != 0; }
 };
 
 } // namespace corvanta

@@ -5,6 +5,8 @@
 #include <QDBusObjectPath>
 #include <QStringList>
 
+#include <utility>
+
 namespace corvanta {
 
 namespace {
@@ -88,6 +90,14 @@ std::optional<QList<AtspiReference>> parseReferences(const QDBusMessage& reply) 
     }
     argument->endArray();
     return references;
+}
+
+std::optional<AtspiReference> parseReference(const QDBusMessage& reply) {
+    const std::optional<QDBusArgument> argument = onlyArgument(reply, u"(so)");
+    if (!argument)
+        return std::nullopt;
+    AtspiReference reference = readReference(*argument);
+    return reference.isNull() ? std::nullopt : std::optional(std::move(reference));
 }
 
 std::optional<std::uint64_t> parseStates(const QDBusMessage& reply) {

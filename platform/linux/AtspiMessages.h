@@ -16,6 +16,9 @@ namespace corvanta {
 /// The references of a reply to `org.a11y.atspi.Accessible.GetChildren`, null ones left out.
 [[nodiscard]] std::optional<QList<AtspiReference>> parseReferences(const QDBusMessage& reply);
 
+/// The reference of a reply to `org.a11y.atspi.Accessible.GetChildAtIndex`; nothing for a null one.
+[[nodiscard]] std::optional<AtspiReference> parseReference(const QDBusMessage& reply);
+
 /// The bit set of a reply to `org.a11y.atspi.Accessible.GetState`.
 [[nodiscard]] std::optional<std::uint64_t> parseStates(const QDBusMessage& reply);
 

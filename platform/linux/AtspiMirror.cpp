@@ -7,8 +7,10 @@ namespace corvanta {
 
 namespace {
 
-/// A page's objects cost four calls each, so they are fetched a few levels at a time.
+/// A page's objects cost four calls each, so they are fetched a few levels at a time, and not more than this of a page
+/// of any size within one lifetime: the controls of a program that is drawn as a page are near its top.
 constexpr int levelsOnDemand = 3;
+constexpr qsizetype objectsOnDemand = 400;
 
 } // namespace
 
@@ -40,7 +42,10 @@ void AtspiMirror::request(const QString& path) {
     const AtspiItem* const known = m_tree.item(path);
     if (fresh && known != nullptr && known->areChildrenKnown)
         return;
-    m_fetch = AtspiFetch::below(m_bus, {m_process, path}, levelsOnDemand);
+    const qsizetype allowed = objectsOnDemand - (fresh ? m_tree.size() : 0);
+    if (allowed <= 0)
+        return;
+    m_fetch = AtspiFetch::below(m_bus, {m_process, path}, {levelsOnDemand, allowed});
     m_isAddition = fresh;
 }
 

@@ -38,9 +38,9 @@ void AtspiTree::link() {
         if (children.size() != item.childCount)
             continue;
         std::ranges::sort(children, {}, &Child::first);
-        const bool isInOrder = children.size() < 2 || std::ranges::all_of(children, [&](const Child& child) {
-                                   return child.first == &child - children.data();
-                               });
+        const bool isInOrder =
+            children.size() < 2 ||
+            std::ranges::all_of(children, [&](const Child& child) { return child.first == &child - children.data(); });
         if (!isInOrder)
             continue;
         for (const Child& child : std::as_const(children))

@@ -80,9 +80,8 @@ LinuxDesktop::LinuxDesktop(X11Windows& windows, const X11Screens& screens, Clock
     , m_isReady(std::move(isReady)) {}
 
 bool LinuxDesktop::isRunning(const QString& bundleIdentifier) const {
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-                                       u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
+    QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                                           u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
     question << bundleIdentifier;
     const QDBusMessage reply = QDBusConnection::sessionBus().call(question, QDBus::Block, busTimeLimit);
     return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();

@@ -17,8 +17,11 @@ namespace {
 class LinuxPlatform final : public Platform {
 public:
     [[nodiscard]] AccessibilityClient& accessibility() override { return m_accessibility; }
+
     [[nodiscard]] Desktop& desktop() override { return m_desktop; }
+
     [[nodiscard]] Clock& clock() override { return m_clock; }
+
     [[nodiscard]] PreferencesStore& preferences() override { return m_preferences; }
 
     [[nodiscard]] std::unique_ptr<CommandRunning> makeCommandRunner() override {

@@ -16,15 +16,15 @@ namespace {
 
 using namespace std::chrono_literals;
 
-template <typename Reply>
+template<typename Reply>
 struct FreeDeleter {
     void operator()(Reply* reply) const { std::free(reply); }
 };
 
-template <typename Reply>
+template<typename Reply>
 using ReplyPointer = std::unique_ptr<Reply, FreeDeleter<Reply>>;
 
-template <typename Reply>
+template<typename Reply>
 ReplyPointer<Reply> owned(Reply* reply) {
     return ReplyPointer<Reply>(reply);
 }
@@ -104,8 +104,7 @@ struct X11Windows::Connection {
     }
 
     [[nodiscard]] QByteArray bytes(Window window, xcb_atom_t property) const {
-        const auto cookie =
-            xcb_get_property(connection, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1U << 16U);
+        const auto cookie = xcb_get_property(connection, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1U << 16U);
         const auto reply = owned(xcb_get_property_reply(connection, cookie, nullptr));
         if (!reply || reply->format != 8)
             return {};
@@ -270,7 +269,8 @@ bool X11Windows::place(Window window, const PixelPlacement& placement) {
     const auto end = std::chrono::steady_clock::now() + placementBound;
     x.makePlaceable(window);
     auto nextRequest = std::chrono::steady_clock::now();
-    // Undoing a state changes decorations and shadows a moment later, so the request is repeated with what they are then.
+    // Undoing a state changes decorations and shadows a moment later, so the request is repeated with what they are
+    // then.
     bool wasRequested = false;
     for (;;) {
         const auto now = std::chrono::steady_clock::now();
@@ -303,8 +303,7 @@ void X11Windows::close(Window window) {
     Connection& x = *m_connection;
     if (!x.works())
         return;
-    xcb_ewmh_request_close_window(&x.ewmh, x.screenNumber, window, XCB_CURRENT_TIME,
-                                  XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
+    xcb_ewmh_request_close_window(&x.ewmh, x.screenNumber, window, XCB_CURRENT_TIME, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
     xcb_flush(x.connection);
 }
 

@@ -63,9 +63,8 @@ TEST_F(AtspiClient, ReadsTheCompleteTreeOfMenusThatWereNeverShown) {
     MapWatcher watcher;
     EXPECT_EQ(titlesOf(client, childrenOf(client, *menuBarOf(client, fixtureName))),
               (QStringList{u"File"_s, u"Develop"_s}));
-    EXPECT_EQ(readPages(), (QStringList{u"iPhone 16 Pro Simulator"_s, u"localhost — first"_s,
-                                        u"localhost — second"_s, QString(),
-                                        u"Automatically Show Web Inspector for JSContexts"_s}));
+    EXPECT_EQ(readPages(), (QStringList{u"iPhone 16 Pro Simulator"_s, u"localhost — first"_s, u"localhost — second"_s,
+                                        QString(), u"Automatically Show Web Inspector for JSContexts"_s}));
     EXPECT_FALSE(fixture.reports().contains(u"popped up"_s));
     EXPECT_EQ(watcher.popUpsSeen(), 0);
 }

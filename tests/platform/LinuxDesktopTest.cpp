@@ -97,8 +97,7 @@ TEST_F(LinuxDesktopTest, BringsAnApplicationForward) {
 }
 
 TEST_F(LinuxDesktopTest, LeavesAddressesOfAMacAloneWhereNothingExplainsThem) {
-    const auto pane =
-        URL::parse(u"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility");
+    const auto pane = URL::parse(u"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility");
     ASSERT_TRUE(pane);
     EXPECT_FALSE(desktop.openURL(*pane));
 }

@@ -13,6 +13,7 @@ struct MapWatcher::Connection {
     Connection() = default;
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
+
     ~Connection() { xcb_disconnect(connection); }
 
     /// Answers once everything that happened before has been reported.

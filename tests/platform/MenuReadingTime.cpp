@@ -50,6 +50,7 @@ public:
 
     PlainWalk(const PlainWalk&) = delete;
     PlainWalk& operator=(const PlainWalk&) = delete;
+
     ~PlainWalk() { QDBusConnection::disconnectFromBus(u"plain-walk"_s); }
 
     /// The objects of the program with the most of them, from the application's root.
@@ -66,8 +67,8 @@ public:
 
 private:
     static QString address() {
-        const QDBusMessage question = QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s,
-                                                                     u"org.a11y.Bus"_s, u"GetAddress"_s);
+        const QDBusMessage question =
+            QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s);
         return QDBusConnection::sessionBus().call(question).arguments().value(0).toString();
     }
 
@@ -126,8 +127,8 @@ TEST(MenuReadingTime, IsFarBelowThatOfAPlainWalk) {
         timer.restart();
         const int objects = plainWalk.walkEverything();
         const double plain = milliseconds(timer);
-        std::printf("%d elements through the mirror: %.2f ms; %d objects by a plain walk: %.2f ms\n", elements, mirrored,
-                    objects, plain);
+        std::printf("%d elements through the mirror: %.2f ms; %d objects by a plain walk: %.2f ms\n", elements,
+                    mirrored, objects, plain);
         EXPECT_GT(elements, count);
         EXPECT_GT(objects, count);
         EXPECT_LT(mirrored, plain);
