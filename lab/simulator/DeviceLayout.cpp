@@ -16,7 +16,7 @@ constexpr double surround = 10;
 constexpr double roundingGuard = 0.004;
 /// Zooms above 1 and up to here are not used: the engine adds a pixel before it divides, so that a page's layout width
 /// and its width in media queries would be one too large (WebKitGTK 2.50).
-constexpr double smallestEnlargement = 1.0105;
+constexpr double smallestEnlargement = 1.016;
 /// How many page widths are tried for a height that comes out whole.
 constexpr int candidates = 6;
 

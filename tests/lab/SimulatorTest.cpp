@@ -17,8 +17,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <xcb/xcb.h>
+
 #include <chrono>
+#include <csignal>
+#include <cstdlib>
 #include <functional>
+#include <memory>
+#include <string_view>
 
 namespace corvanta {
 
@@ -31,22 +37,19 @@ using lab::DeviceType;
 
 constexpr std::chrono::milliseconds limit = 20s;
 
-/// Serves events until the condition holds.
+/// Serves events until the condition holds. The condition may itself serve events.
 bool waitFor(const std::function<bool()>& condition) {
-    QEventLoop loop;
-    QTimer look;
     QElapsedTimer elapsed;
     elapsed.start();
-    QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-        if (condition() || elapsed.elapsed() > limit.count()) {
-            loop.quit();
+    while (!condition()) {
+        if (elapsed.elapsed() > limit.count()) {
+            return false;
         }
-    });
-    look.start(20);
-    if (!condition()) {
-        loop.exec();
+        QEventLoop pause;
+        QTimer::singleShot(20ms, &pause, &QEventLoop::quit);
+        pause.exec();
     }
-    return condition();
+    return true;
 }
 
 /// Runs a tool without holding up the pages that report here.
@@ -88,6 +91,25 @@ QStringList labProcesses() {
         }
     }
     return result;
+}
+
+/// Asks the window manager to close a window, as its title bar's button does.
+void askToClose(std::uint32_t window) {
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    constexpr std::string_view name = "_NET_CLOSE_WINDOW";
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, name.size(), name.data()), nullptr),
+        std::free);
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom->atom;
+    xcb_send_event(connection, 0, xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(connection);
+    xcb_disconnect(connection);
 }
 
 class Simulator : public ::testing::Test {
@@ -247,7 +269,7 @@ TEST_F(Simulator, ShowsItsWindowAndGoesOnWithoutIt) {
     ASSERT_FALSE(id.isEmpty()) << "the window is not mapped when open returns";
     simctl({u"openurl"_s, udid, server.url(u"page"_s)});
     ASSERT_TRUE(waitFor([&] { return !server.last(u"page"_s).isEmpty(); }));
-    runServing(u"xdotool"_s, {u"windowactivate"_s, u"--sync"_s, id, u"key"_s, u"--clearmodifiers"_s, u"alt+F4"_s});
+    askToClose(id.toUInt());
     EXPECT_TRUE(waitFor([&] { return window(title).isEmpty(); }));
     EXPECT_EQ(stateOf(udid), u"Booted");
     const qsizetype before = server.reports(u"page"_s).size();
@@ -255,6 +277,20 @@ TEST_F(Simulator, ShowsItsWindowAndGoesOnWithoutIt) {
     EXPECT_EQ(server.last(u"page"_s)[u"width"].toInt(), 402);
     EXPECT_EQ(lab(u"open"_s, show).status, 0);
     EXPECT_FALSE(window(title).isEmpty());
+}
+
+TEST_F(Simulator, SurvivesTheEndOfAPagesProcess) {
+    const QString udid = createBooted(u"iPhone 16"_s);
+    simctl({u"openurl"_s, udid, server.url(u"page"_s)});
+    ASSERT_TRUE(waitFor([&] { return !server.last(u"page"_s).isEmpty(); }));
+    for (const QString& process : labProcesses()) {
+        if (process.contains(u"WebKitWebProcess")) {
+            ::kill(process.section(u' ', 0, 0).toInt(), SIGKILL);
+        }
+    }
+    EXPECT_EQ(simctl({u"openurl"_s, udid, server.url(u"after"_s)}).status, 0);
+    EXPECT_TRUE(waitFor([&] { return !server.last(u"after"_s).isEmpty(); }));
+    EXPECT_EQ(stateOf(udid), u"Booted");
 }
 
 TEST_F(Simulator, KeepsTheViewportAtEveryWindowSize) {
