@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceLauncher.h"
 
+#include "FileLock.h"
 #include "LabFolders.h"
 
 #include <QFile>
-#include <QLockFile>
 
 #include <glib.h>
 
@@ -84,10 +84,7 @@ pid_t startDetached(const QString& program, const QStringList& arguments, const 
 
 BootResult bootDevice(DeviceBus& bus, DeviceSet& set, const Device& device) {
     const QString name = deviceBusName(device.udid);
-    QLockFile turn(set.folderOf(device) + u"/.boot-lock"_s);
-    if (!turn.tryLock(static_cast<int>(bootLimit.count()))) {
-        return BootResult::failed;
-    }
+    const FileLock turn(set.folderOf(device) + u"/.boot-lock"_s);
     if (bus.isNameOwned(name)) {
         return BootResult::alreadyRunning;
     }

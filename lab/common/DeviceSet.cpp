@@ -2,28 +2,24 @@
 #include "DeviceSet.h"
 
 #include "DeviceCatalogue.h"
+#include "FileLock.h"
 #include "LabFolders.h"
 
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLockFile>
 #include <QSaveFile>
 #include <QUuid>
 
 #include <algorithm>
-#include <chrono>
 #include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace corvanta::lab {
 
 namespace {
-
-constexpr std::chrono::milliseconds lockLimit = 10s;
 
 void writeJson(const QString& path, const QJsonObject& object) {
     QSaveFile file(path);
@@ -103,10 +99,7 @@ Device DeviceSet::write(const QString& name, const QString& deviceType, const QS
 
 Device DeviceSet::create(const QString& name, const QString& deviceType, const QString& runtime) {
     createDefaultsOnFirstUse();
-    QLockFile lock(m_folder + u"/.lock"_s);
-    if (!lock.tryLock(static_cast<int>(lockLimit.count()))) {
-        throw DeviceSetError("the device set is in use by another program");
-    }
+    const FileLock lock(m_folder + u"/.lock"_s);
     return write(name, deviceType, runtime);
 }
 
@@ -142,10 +135,7 @@ void DeviceSet::createDefaultsOnFirstUse() {
     } catch (const std::runtime_error& error) {
         throw DeviceSetError(error.what());
     }
-    QLockFile lock(m_folder + u"/.lock"_s);
-    if (!lock.tryLock(static_cast<int>(lockLimit.count()))) {
-        throw DeviceSetError("the device set is in use by another program");
-    }
+    const FileLock lock(m_folder + u"/.lock"_s);
     if (QFile::exists(mark)) {
         return;
     }

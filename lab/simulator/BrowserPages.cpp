@@ -58,6 +58,8 @@ WebKitSettings* makeSettings(const DeviceType& type, const Runtime& runtime) {
 struct BrowserPages::Page {
     GtkWidget* container = nullptr;
     GtkWidget* view = nullptr;
+    /// The last address; the engine forgets it when the page's process ends.
+    QString address;
 
     [[nodiscard]] WebKitWebView* web() const { return WEBKIT_WEB_VIEW(view); }
 };
@@ -126,9 +128,15 @@ BrowserPages::Page* BrowserPages::pageOf(const GtkWidget* view) const {
 }
 
 void BrowserPages::connectView(GtkWidget* view) {
-    const auto changed = +[](GObject*, GParamSpec*, gpointer pages) { static_cast<BrowserPages*>(pages)->m_changed(); };
-    g_signal_connect(view, "notify::uri", G_CALLBACK(changed), this);
-    g_signal_connect(view, "notify::title", G_CALLBACK(changed), this);
+    const auto moved = +[](GObject* web, GParamSpec*, gpointer pages) {
+        auto* self = static_cast<BrowserPages*>(pages);
+        const char* uri = webkit_web_view_get_uri(WEBKIT_WEB_VIEW(web));
+        if (Page* page = self->pageOf(GTK_WIDGET(web)); page != nullptr && uri != nullptr && *uri != '\0') {
+            page->address = QString::fromUtf8(uri);
+        }
+        self->m_changed();
+    };
+    g_signal_connect(view, "notify::uri", G_CALLBACK(moved), this);
     const auto loadChanged =
         +[](WebKitWebView*, WebKitLoadEvent, gpointer pages) { static_cast<BrowserPages*>(pages)->m_changed(); };
     g_signal_connect(view, "load-changed", G_CALLBACK(loadChanged), this);
@@ -188,7 +196,8 @@ void BrowserPages::show(std::size_t index) {
 }
 
 void BrowserPages::open(const QString& url) {
-    const Page& page = add(makeView(m_settings));
+    Page& page = add(makeView(m_settings));
+    page.address = url;
     webkit_web_view_load_uri(page.web(), url.toUtf8().constData());
 }
 
@@ -223,7 +232,11 @@ void BrowserPages::closeCurrent() {
 void BrowserPages::reload() {
     if (const Page* page = front()) {
         gtk_stack_set_visible_child(GTK_STACK(page->container), page->view);
-        webkit_web_view_reload(page->web());
+        if (webkit_web_view_get_uri(page->web()) != nullptr) {
+            webkit_web_view_reload(page->web());
+        } else {
+            webkit_web_view_load_uri(page->web(), page->address.toUtf8().constData());
+        }
     }
 }
 
@@ -233,14 +246,13 @@ void BrowserPages::showCrash(Page& page) {
         message = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
         gtk_style_context_add_class(gtk_widget_get_style_context(message), "crash");
         gtk_widget_set_valign(message, GTK_ALIGN_FILL);
-        GtkWidget* text = gtk_label_new("A problem repeatedly occurred on this page.");
+        GtkWidget* text = gtk_label_new("This page ended unexpectedly.");
         gtk_label_set_line_wrap(GTK_LABEL(text), TRUE);
         gtk_label_set_justify(GTK_LABEL(text), GTK_JUSTIFY_CENTER);
         GtkWidget* button = gtk_button_new_with_label("Reload");
         gtk_widget_set_halign(button, GTK_ALIGN_CENTER);
         const auto clicked = +[](GtkButton*, gpointer pages) { static_cast<BrowserPages*>(pages)->reload(); };
         g_signal_connect(button, "clicked", G_CALLBACK(clicked), this);
-        gtk_box_set_center_widget(GTK_BOX(message), nullptr);
         GtkWidget* group = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
         gtk_container_add(GTK_CONTAINER(group), text);
         gtk_container_add(GTK_CONTAINER(group), button);
@@ -284,9 +296,8 @@ QString BrowserPages::address() const {
     if (page == nullptr) {
         return {};
     }
-    const QString text = QString::fromUtf8(webkit_web_view_get_uri(page->web()));
-    const QString host = QUrl(text).host();
-    return host.isEmpty() ? text.left(200) : host;
+    const QString host = QUrl(page->address).host();
+    return host.isEmpty() ? page->address.left(200) : host;
 }
 
 } // namespace corvanta::lab

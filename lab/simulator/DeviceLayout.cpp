@@ -14,6 +14,9 @@ namespace {
 constexpr double surround = 10;
 /// The engine divides in sixty-fourths and rounds down; this much keeps an exact quotient from falling below itself.
 constexpr double roundingGuard = 0.004;
+/// Zooms above 1 and up to here are not used: the engine adds a pixel before it divides, so that a page's layout width
+/// and its width in media queries would be one too large (WebKitGTK 2.50).
+constexpr double smallestEnlargement = 1.016;
 /// How many page widths are tried for a height that comes out whole.
 constexpr int candidates = 6;
 
@@ -41,6 +44,12 @@ PageSize pageSize(const QSize& viewport, int limit) {
     double smallestRest = 2;
     for (int width = limit, seen = 0; width > 0 && seen < candidates; --width) {
         const double zoom = pageZoom(width, viewport.width());
+        if (zoom > 1 && zoom < smallestEnlargement) {
+            continue;
+        }
+        if (zoom == 1) {
+            return best.width > 1 ? best : PageSize{width, viewport.height(), 1};
+        }
         const int height = static_cast<int>(std::ceil((viewport.height() + roundingGuard) * zoom));
         const double rest = height / zoom - viewport.height();
         if (rest < smallestRest) {
@@ -58,7 +67,7 @@ PageSize pageSize(const QSize& viewport, int limit) {
 } // namespace
 
 double pageZoom(int width, int viewportWidth) {
-    return width / (viewportWidth + roundingGuard);
+    return width == viewportWidth ? 1 : width / (viewportWidth + roundingGuard);
 }
 
 DeviceLayout DeviceLayout::fit(const DeviceType& type, QSize area) {

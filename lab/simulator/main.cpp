@@ -96,13 +96,8 @@ int run(const Device& device, const DeviceType& type, const Runtime& runtime, ch
     std::unique_ptr<GMainLoop, decltype(&g_main_loop_unref)> loop(g_main_loop_new(nullptr, FALSE), g_main_loop_unref);
     std::unique_ptr<DeviceWindow> window;
     std::unique_ptr<DeviceService> service;
-    bool isReady = false;
     window = std::make_unique<DeviceWindow>(
-        type, runtime, device.name,
-        [&] {
-            isReady = true;
-            service->setBooted();
-        },
+        type, runtime, device.name, [&] { service->setBooted(); },
         [&](bool isShown) { service->setWindowShown(isShown); });
     if (!isListening(port)) {
         return startAgain(argv);

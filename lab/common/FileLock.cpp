@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "FileLock.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <stdexcept>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace corvanta::lab {
+
+FileLock::FileLock(const QString& path)
+    : m_descriptor(open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+    if (m_descriptor < 0) {
+        throw std::runtime_error("cannot lock " + QFile::encodeName(path).toStdString());
+    }
+    while (flock(m_descriptor, LOCK_EX) != 0 && errno == EINTR) {
+    }
+}
+
+FileLock::~FileLock() {
+    close(m_descriptor);
+}
+
+} // namespace corvanta::lab

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace corvanta::lab {
+
+/// A lock between processes, and between the threads of one, held for the object's life. Freed by the system when its
+/// process ends, whatever the way.
+class FileLock {
+public:
+    /// Creates the file if needed and waits for the lock. Throws std::runtime_error when the file cannot be opened.
+    explicit FileLock(const QString& path);
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+    ~FileLock();
+
+private:
+    int m_descriptor = -1;
+};
+
+} // namespace corvanta::lab

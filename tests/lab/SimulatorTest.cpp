@@ -1,0 +1,334 @@
+// SPDX-License-Identifier: MIT
+#include "DeviceCatalogue.h"
+#include "DeviceLayout.h"
+#include "PageServer.h"
+#include "ToolRun.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <xcb/xcb.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+namespace corvanta {
+
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+using lab::DeviceLayout;
+using lab::DeviceType;
+
+constexpr std::chrono::milliseconds limit = 20s;
+
+/// Serves events until the condition holds. The condition may itself serve events.
+bool waitFor(const std::function<bool()>& condition) {
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (!condition()) {
+        if (elapsed.elapsed() > limit.count()) {
+            return false;
+        }
+        QEventLoop pause;
+        QTimer::singleShot(20ms, &pause, &QEventLoop::quit);
+        pause.exec();
+    }
+    return true;
+}
+
+/// Runs a tool without holding up the pages that report here.
+ToolRun runServing(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    QEventLoop loop;
+    QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
+    QTimer::singleShot(60s, &loop, &QEventLoop::quit);
+    process.start(program, arguments);
+    loop.exec();
+    ToolRun run;
+    run.status = process.state() == QProcess::NotRunning ? process.exitCode() : -1;
+    run.output = process.readAllStandardOutput();
+    run.error = process.readAllStandardError();
+    return run;
+}
+
+ToolRun lab(const QString& program, const QStringList& arguments) {
+    return runServing(QFile::decodeName(CORVANTA_LAB_PROGRAMS) + u'/' + program, arguments);
+}
+
+ToolRun simctl(const QStringList& arguments) {
+    return lab(u"xcrun"_s, QStringList{u"simctl"_s} + arguments);
+}
+
+/// Programs of this desktop that the lab started.
+QStringList labProcesses() {
+    const QByteArray marker = "CORVANTA_VIRTUAL_DESKTOP=" + qgetenv("CORVANTA_VIRTUAL_DESKTOP");
+    QStringList result;
+    for (const QString& process : QDir(u"/proc"_s).entryList({u"[0-9]*"_s}, QDir::Dirs)) {
+        QFile environment(u"/proc/"_s + process + u"/environ"_s);
+        QFile command(u"/proc/"_s + process + u"/cmdline"_s);
+        if (environment.open(QIODevice::ReadOnly) && environment.readAll().split('\0').contains(marker) &&
+            command.open(QIODevice::ReadOnly)) {
+            const QByteArray words = command.readAll();
+            if (words.contains("WebKit") || words.contains("SimulatorDevice")) {
+                result.append(process + u' ' + QString::fromUtf8(words).replace(QChar(0), u' '));
+            }
+        }
+    }
+    return result;
+}
+
+/// Asks the window manager to close a window, as its title bar's button does.
+void askToClose(std::uint32_t window) {
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    constexpr std::string_view name = "_NET_CLOSE_WINDOW";
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, name.size(), name.data()), nullptr),
+        std::free);
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom->atom;
+    xcb_send_event(connection, 0, xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    // A connection that closes at once may take its last request with it, so the server is asked for an answer first.
+    std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    xcb_disconnect(connection);
+}
+
+class Simulator : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (qEnvironmentVariableIsEmpty("CORVANTA_VIRTUAL_DESKTOP")) {
+            GTEST_SKIP() << "needs a desktop of its own: run it through tests/support/virtual-desktop";
+        }
+    }
+
+    void TearDown() override {
+        simctl({u"shutdown"_s, u"all"_s});
+        EXPECT_EQ(labProcesses(), QStringList());
+    }
+
+    static QString create(const QString& type) {
+        const ToolRun run = simctl({u"create"_s, type, type, u"iOS 18.2"_s});
+        EXPECT_EQ(run.status, 0) << run.error.constData();
+        return QString::fromUtf8(run.output).trimmed();
+    }
+
+    static QString createBooted(const QString& type) {
+        const QString udid = create(type);
+        const ToolRun run = simctl({u"bootstatus"_s, udid, u"-b"_s});
+        EXPECT_EQ(run.status, 0) << run.error.constData();
+        return udid;
+    }
+
+    static QString stateOf(const QString& udid) {
+        const QJsonObject devices =
+            QJsonDocument::fromJson(simctl({u"list"_s, u"-j"_s, u"devices"_s}).output).object()[u"devices"].toObject();
+        for (const QJsonValue runtime : devices) {
+            for (const QJsonValue device : runtime.toArray()) {
+                if (device[u"udid"].toString() == udid) {
+                    return device[u"state"].toString();
+                }
+            }
+        }
+        return {};
+    }
+
+    /// The device's window if it is on the desktop.
+    static QString window(const QString& title) {
+        const ToolRun found = runServing(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s,
+                                                        u"^"_s + QRegularExpression::escape(title) + u"$"_s});
+        return QString::fromUtf8(found.output).section(u'\n', 0, 0);
+    }
+
+    PageServer server;
+};
+
+TEST_F(Simulator, BootsOnceAndSaysSoTheSecondTime) {
+    const QString udid = create(u"iPhone 16 Pro"_s);
+    EXPECT_EQ(stateOf(udid), u"Shutdown");
+    EXPECT_EQ(simctl({u"boot"_s, udid}).status, 0);
+    const ToolRun wait = simctl({u"bootstatus"_s, udid, u"-b"_s});
+    EXPECT_EQ(wait.status, 0);
+    EXPECT_TRUE(wait.output.startsWith("Monitoring boot status for iPhone 16 Pro (" + udid.toUtf8() + ").\n"));
+    EXPECT_EQ(stateOf(udid), u"Booted");
+    const ToolRun again = simctl({u"boot"_s, udid});
+    EXPECT_EQ(again.status, 149);
+    EXPECT_EQ(again.error, "An error was encountered processing the command "
+                           "(domain=com.apple.CoreSimulator.SimError, code=405):\n"
+                           "Unable to boot device in current state: Booted\n");
+    EXPECT_TRUE(simctl({u"bootstatus"_s, udid, u"-b"_s}).output.endsWith("Device already booted, nothing to do.\n"));
+    EXPECT_EQ(simctl({u"shutdown"_s, udid}).status, 0);
+    EXPECT_EQ(stateOf(udid), u"Shutdown");
+    EXPECT_EQ(labProcesses(), QStringList());
+}
+
+TEST_F(Simulator, AcceptsOneOfTwoBootsAtOnce) {
+    const QString udid = create(u"iPhone 16"_s);
+    QProcess first;
+    QProcess second;
+    const QString tool = QFile::decodeName(CORVANTA_LAB_PROGRAMS) + u"/simctl"_s;
+    first.start(tool, {u"boot"_s, udid});
+    second.start(tool, {u"boot"_s, udid});
+    ASSERT_TRUE(first.waitForFinished() && second.waitForFinished());
+    EXPECT_EQ(std::min(first.exitCode(), second.exitCode()), 0);
+    EXPECT_EQ(std::max(first.exitCode(), second.exitCode()), 149);
+}
+
+TEST_F(Simulator, ShowsPagesTheDeviceBeforeItHasAWindow) {
+    for (const QString& name : {u"iPhone SE (3rd generation)"_s, u"iPhone 16 Pro Max"_s, u"iPad mini (A17 Pro)"_s}) {
+        const DeviceType& type = *lab::findDeviceType(name);
+        const QString udid = createBooted(name);
+        const QString page = QString(name).remove(QRegularExpression(u"[^A-Za-z0-9]"_s));
+        EXPECT_EQ(simctl({u"openurl"_s, udid, server.url(page)}).status, 0);
+        ASSERT_TRUE(waitFor([&] { return !server.reports(page).isEmpty(); }));
+        const QJsonObject report = server.reports(page).first();
+        EXPECT_EQ(report[u"width"].toInt(), type.viewport.width());
+        EXPECT_EQ(report[u"height"].toInt(), type.viewport.height());
+        EXPECT_EQ(report[u"layoutWidth"].toInt(), type.viewport.width());
+        EXPECT_TRUE(report[u"media"].toBool());
+        EXPECT_EQ(report[u"ratio"].toDouble(), type.scale);
+        EXPECT_EQ(report[u"touch"].toInt(), 5);
+        EXPECT_EQ(report[u"platform"].toString(), type.platform);
+        EXPECT_EQ(report[u"screen"].toString(), u"%1x%2"_s.arg(type.screen.width()).arg(type.screen.height()));
+        EXPECT_EQ(report[u"agent"].toString(), lab::userAgent(type, *lab::findRuntime(u"18.2"_s)));
+        EXPECT_EQ(report[u"visible"].toString(), u"visible");
+    }
+}
+
+TEST_F(Simulator, GivesPagesExactlyTheLocationThatIsSet) {
+    const QString udid = createBooted(u"iPhone 16"_s);
+    EXPECT_EQ(simctl({u"location"_s, udid, u"set"_s, u"37.33490001,-122.00912345"_s}).status, 0);
+    EXPECT_EQ(simctl({u"openurl"_s, udid, server.url(u"located"_s)}).status, 0);
+    const auto hears = [&](const QString& geo) {
+        return waitFor([&] { return server.last(u"located"_s)[u"geo"].toString() == geo; });
+    };
+    EXPECT_TRUE(hears(u"37.33490001,-122.00912345"_s));
+    EXPECT_EQ(simctl({u"location"_s, udid, u"set"_s, u"-33.8568,151.2153"_s}).status, 0);
+    EXPECT_TRUE(hears(u"-33.8568,151.2153"_s));
+    EXPECT_EQ(simctl({u"location"_s, udid, u"clear"_s}).status, 0);
+    EXPECT_TRUE(hears(u"error 2"_s));
+    EXPECT_EQ(simctl({u"location"_s, udid, u"set"_s, u"0,0"_s}).status, 0);
+    EXPECT_TRUE(hears(u"0,0"_s));
+}
+
+TEST_F(Simulator, KeepsTwoDevicesApart) {
+    const QString first = createBooted(u"iPhone 16 Pro"_s);
+    const QString second = createBooted(u"iPad mini (A17 Pro)"_s);
+    simctl({u"openurl"_s, first, server.url(u"first"_s)});
+    simctl({u"openurl"_s, second, server.url(u"second"_s)});
+    ASSERT_TRUE(waitFor([&] { return !server.last(u"first"_s).isEmpty() && !server.last(u"second"_s).isEmpty(); }));
+    EXPECT_EQ(server.last(u"first"_s)[u"width"].toInt(), 402);
+    EXPECT_EQ(server.last(u"second"_s)[u"width"].toInt(), 744);
+    EXPECT_EQ(simctl({u"shutdown"_s, first}).status, 0);
+    EXPECT_EQ(stateOf(second), u"Booted");
+    const qsizetype before = server.reports(u"second"_s).size();
+    EXPECT_TRUE(waitFor([&] { return server.reports(u"second"_s).size() > before + 2; }));
+}
+
+TEST_F(Simulator, OpensAPageForEveryAddressAndForPagesThatOpenPages) {
+    const QString udid = createBooted(u"iPhone 16"_s);
+    simctl({u"openurl"_s, udid, server.url(u"opener"_s)});
+    ASSERT_TRUE(waitFor([&] { return !server.last(u"opened"_s).isEmpty(); }));
+    EXPECT_EQ(server.last(u"opened"_s)[u"width"].toInt(), 393);
+    EXPECT_EQ(server.last(u"opened"_s)[u"ratio"].toInt(), 3);
+    EXPECT_FALSE(server.last(u"opener"_s).isEmpty());
+}
+
+TEST_F(Simulator, RefusesAnAddressThatNothingOpens) {
+    const QString udid = createBooted(u"iPhone 16"_s);
+    const ToolRun run = simctl({u"openurl"_s, udid, u"nonsense:thing"_s});
+    EXPECT_EQ(run.status, 194);
+    EXPECT_TRUE(run.error.startsWith(
+        "An error was encountered processing the command (domain=NSOSStatusErrorDomain, code=-10814):\n"));
+}
+
+TEST_F(Simulator, ShowsItsWindowAndGoesOnWithoutIt) {
+    const QString title = u"iPhone 16 Pro – iOS 18.2"_s;
+    const QString udid = create(u"iPhone 16 Pro"_s);
+    const QStringList show{u"-a"_s, u"Simulator"_s, u"--args"_s, u"-CurrentDeviceUDID"_s, udid};
+    EXPECT_EQ(lab(u"open"_s, show).status, 0);
+    const QString id = window(title);
+    ASSERT_FALSE(id.isEmpty()) << "the window is not mapped when open returns";
+    simctl({u"openurl"_s, udid, server.url(u"page"_s)});
+    ASSERT_TRUE(waitFor([&] { return !server.last(u"page"_s).isEmpty(); }));
+    askToClose(id.toUInt());
+    EXPECT_TRUE(waitFor([&] { return window(title).isEmpty(); }));
+    EXPECT_EQ(stateOf(udid), u"Booted");
+    const qsizetype before = server.reports(u"page"_s).size();
+    EXPECT_TRUE(waitFor([&] { return server.reports(u"page"_s).size() > before + 2; }));
+    EXPECT_EQ(server.last(u"page"_s)[u"width"].toInt(), 402);
+    EXPECT_EQ(lab(u"open"_s, show).status, 0);
+    EXPECT_FALSE(window(title).isEmpty());
+}
+
+TEST_F(Simulator, SurvivesTheEndOfAPagesProcess) {
+    const QString udid = createBooted(u"iPhone 16"_s);
+    simctl({u"openurl"_s, udid, server.url(u"page"_s)});
+    ASSERT_TRUE(waitFor([&] { return !server.last(u"page"_s).isEmpty(); }));
+    for (const QString& process : labProcesses()) {
+        if (process.contains(u"WebKitWebProcess")) {
+            ::kill(process.section(u' ', 0, 0).toInt(), SIGKILL);
+        }
+    }
+    EXPECT_EQ(simctl({u"openurl"_s, udid, server.url(u"after"_s)}).status, 0);
+    EXPECT_TRUE(waitFor([&] { return !server.last(u"after"_s).isEmpty(); }));
+    EXPECT_EQ(stateOf(udid), u"Booted");
+}
+
+TEST_F(Simulator, KeepsTheViewportAtEveryWindowSize) {
+    const QString name = u"iPhone 16 Pro"_s;
+    const DeviceType& type = *lab::findDeviceType(name);
+    const QString udid = create(name);
+    lab(u"open"_s, {u"-a"_s, u"Simulator"_s, u"--args"_s, u"-CurrentDeviceUDID"_s, udid});
+    simctl({u"openurl"_s, udid, server.url(u"page"_s)});
+    const QString id = window(u"iPhone 16 Pro – iOS 18.2"_s);
+    ASSERT_TRUE(waitFor([&] { return !server.last(u"page"_s).isEmpty(); }));
+    for (const QSize size : {QSize(250, 900), QSize(311, 512), QSize(333, 777), QSize(400, 400), QSize(471, 950),
+                             QSize(518, 960), QSize(640, 480), QSize(900, 300), QSize(220, 300), QSize(700, 980)}) {
+        runServing(u"xdotool"_s,
+                   {u"windowsize"_s, u"--sync"_s, id, QString::number(size.width()), QString::number(size.height())});
+        // The page is one colour, so its width in the picture is the view's.
+        const QRect page = DeviceLayout::fit(type, size).page;
+        const auto drawnWidth = [&] {
+            const QImage picture =
+                QImage::fromData(runServing(u"import"_s, {u"-window"_s, id, u"png:-"_s}).output, "PNG");
+            int width = 0;
+            for (int x = 0; picture.size() == size && x < picture.width(); ++x) {
+                width += (picture.pixel(x, page.center().y()) & 0xffffff) == 0xff00ff ? 1 : 0;
+            }
+            return width;
+        };
+        EXPECT_TRUE(waitFor([&] { return drawnWidth() == page.width(); }))
+            << size.width() << "x" << size.height() << ": " << drawnWidth() << " instead of " << page.width();
+        const qsizetype before = server.reports(u"page"_s).size();
+        ASSERT_TRUE(waitFor([&] { return server.reports(u"page"_s).size() >= before + 2; }));
+        const QJsonObject report = server.last(u"page"_s);
+        EXPECT_EQ(report[u"width"].toInt(), 402) << size.width() << "x" << size.height();
+        EXPECT_EQ(report[u"height"].toInt(), 678) << size.width() << "x" << size.height();
+        EXPECT_EQ(report[u"layoutWidth"].toInt(), 402) << size.width() << "x" << size.height();
+        EXPECT_TRUE(report[u"media"].toBool()) << size.width() << "x" << size.height();
+    }
+}
+
+} // namespace
+
+} // namespace corvanta
