@@ -21,63 +21,70 @@ using namespace std::chrono_literals;
 
 constexpr const char* safariName = "com.apple.Safari";
 
-std::string takeText(char* text) {
-    const GlibPointer<char> owned(text);
-    return owned ? owned.get() : "";
+constexpr std::uint32_t menuBarRole = 34;
+constexpr std::uint32_t pushButtonRole = 43;
+constexpr std::uint32_t toggleButtonRole = 62;
+constexpr std::uint32_t sensitiveState = 24;
+constexpr int answerLimit = 5000;
+
+GDBusConnection* accessibilityBus() {
+    static const GlibPointer<GDBusConnection> bus = [] {
+        const GlibPointer<GDBusConnection> session(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+        const GlibPointer<GVariant> answer(g_dbus_connection_call_sync(
+            session.get(), "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", nullptr,
+            G_VARIANT_TYPE("(s)"), G_DBUS_CALL_FLAGS_NONE, answerLimit, nullptr, nullptr));
+        const char* address = nullptr;
+        g_variant_get(answer.get(), "(&s)", &address);
+        return GlibPointer<GDBusConnection>(g_dbus_connection_new_for_address_sync(
+            address,
+            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+            nullptr, nullptr, nullptr));
+    }();
+    return bus.get();
 }
 
-std::string nameOf(const Accessible& accessible) {
-    return takeText(atspi_accessible_get_name(accessible.get(), nullptr));
+/// The answer, or null from an object that is gone.
+GlibPointer<GVariant> ask(const Accessible& object, const char* interface, const char* method,
+                          GVariant* parameters = nullptr) {
+    return GlibPointer<GVariant>(
+        g_dbus_connection_call_sync(accessibilityBus(), object.owner.c_str(), object.path.c_str(), interface, method,
+                                    parameters, nullptr, G_DBUS_CALL_FLAGS_NONE, answerLimit, nullptr, nullptr));
 }
 
-std::vector<Accessible> childrenOf(const Accessible& accessible) {
-    std::vector<Accessible> children;
-    const int count = atspi_accessible_get_child_count(accessible.get(), nullptr);
-    for (int index = 0; index < count; ++index) {
-        if (Accessible child(atspi_accessible_get_child_at_index(accessible.get(), index, nullptr)); child)
-            children.push_back(std::move(child));
-    }
-    return children;
-}
-
-Accessible firstDescendant(const Accessible& root, int depth, const std::function<bool(const Accessible&)>& matches) {
+std::optional<Accessible> firstDescendant(const Accessible& root, int depth,
+                                          const std::function<bool(const Accessible&)>& matches) {
     if (depth == 0)
-        return nullptr;
-    for (Accessible& child : childrenOf(root)) {
+        return std::nullopt;
+    for (const Accessible& child : root.children()) {
         if (matches(child))
-            return std::move(child);
-        if (Accessible found = firstDescendant(child, depth - 1, matches))
+            return child;
+        if (auto found = firstDescendant(child, depth - 1, matches))
             return found;
     }
-    return nullptr;
+    return std::nullopt;
 }
 
-Accessible childNamed(const Accessible& parent, const std::string& name) {
-    for (Accessible& child : childrenOf(parent)) {
-        if (nameOf(child) == name)
-            return std::move(child);
+std::optional<Accessible> childNamed(const Accessible& parent, const std::string& name) {
+    for (const Accessible& child : parent.children()) {
+        if (child.name() == name)
+            return child;
     }
-    return nullptr;
+    return std::nullopt;
 }
 
-bool isEnabled(const Accessible& accessible) {
-    const GlibPointer<AtspiStateSet> states(atspi_accessible_get_state_set(accessible.get()));
-    return states && atspi_state_set_contains(states.get(), ATSPI_STATE_SENSITIVE) != FALSE;
-}
-
-Accessible descend(const std::vector<Accessible>& frames, const std::vector<std::string>& titles) {
+std::optional<Accessible> descend(const std::vector<Accessible>& frames, const std::vector<std::string>& titles) {
     for (const Accessible& frame : frames) {
-        Accessible position = firstDescendant(frame, 3, [](const Accessible& candidate) {
-            return atspi_accessible_get_role(candidate.get(), nullptr) == ATSPI_ROLE_MENU_BAR;
-        });
+        auto position =
+            firstDescendant(frame, 3, [](const Accessible& candidate) { return candidate.role() == menuBarRole; });
         for (const std::string& title : titles) {
             if (position)
-                position = childNamed(position, title);
+                position = childNamed(*position, title);
         }
         if (position)
             return position;
     }
-    return nullptr;
+    return std::nullopt;
 }
 
 std::string textOfFile(const std::string& path) {
@@ -87,6 +94,69 @@ std::string textOfFile(const std::string& path) {
 }
 
 } // namespace
+
+std::string Accessible::name() const {
+    const auto answer = ask(*this, "org.freedesktop.DBus.Properties", "Get",
+                            g_variant_new("(ss)", "org.a11y.atspi.Accessible", "Name"));
+    if (!answer)
+        return {};
+    GVariant* rawValue = nullptr;
+    g_variant_get(answer.get(), "(v)", &rawValue);
+    const GlibPointer<GVariant> value(rawValue);
+    return g_variant_get_string(value.get(), nullptr);
+}
+
+std::uint32_t Accessible::role() const {
+    std::uint32_t role = 0;
+    if (const auto answer = ask(*this, "org.a11y.atspi.Accessible", "GetRole"))
+        g_variant_get(answer.get(), "(u)", &role);
+    return role;
+}
+
+bool Accessible::isEnabled() const {
+    const auto answer = ask(*this, "org.a11y.atspi.Accessible", "GetState");
+    if (!answer)
+        return false;
+    const GlibPointer<GVariant> states(g_variant_get_child_value(answer.get(), 0));
+    std::uint32_t firstStates = 0;
+    g_variant_get_child(states.get(), 0, "u", &firstStates);
+    return (firstStates >> sensitiveState & 1U) != 0;
+}
+
+std::vector<Accessible> Accessible::children() const {
+    std::vector<Accessible> result;
+    const auto answer = ask(*this, "org.a11y.atspi.Accessible", "GetChildren");
+    if (!answer)
+        return result;
+    GVariantIter* iterator = nullptr;
+    g_variant_get(answer.get(), "(a(so))", &iterator);
+    const char* childOwner = nullptr;
+    const char* childPath = nullptr;
+    while (g_variant_iter_next(iterator, "(&s&o)", &childOwner, &childPath) != FALSE)
+        result.push_back({childOwner, childPath});
+    g_variant_iter_free(iterator);
+    if (!result.empty())
+        return result;
+    // What another process has put into this one's window is told one by one only.
+    const auto single = ask(*this, "org.a11y.atspi.Accessible", "GetChildAtIndex", g_variant_new("(i)", 0));
+    if (single) {
+        g_variant_get(single.get(), "((&s&o))", &childOwner, &childPath);
+        if (!std::string_view(childPath).ends_with("/null"))
+            result.push_back({childOwner, childPath});
+    }
+    return result;
+}
+
+bool Accessible::doAction() const {
+    gboolean isDone = FALSE;
+    if (const auto answer = ask(*this, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0)))
+        g_variant_get(answer.get(), "(b)", &isDone);
+    return isDone != FALSE;
+}
+
+Accessible Accessible::desktop() {
+    return {"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"};
+}
 
 RunningProgram::RunningProgram(const std::vector<std::string>& command, const std::string& labHome) {
     static int count = 0;
@@ -193,11 +263,6 @@ SafariDesktop::SafariDesktop() {
     m_labHome = (std::filesystem::temp_directory_path() / "corvanta-safari-test.XXXXXX").string();
     if (!mkdtemp(m_labHome.data()))
         ADD_FAILURE() << "no folder for the test";
-    atspi_init();
-    // Every look asks the programs themselves.
-    const Accessible desktop(atspi_get_desktop(0));
-    atspi_accessible_set_cache_mask(desktop.get(), ATSPI_CACHE_NONE);
-    atspi_set_timeout(5000, 5000);
 }
 
 SafariDesktop::~SafariDesktop() {
@@ -239,19 +304,16 @@ bool SafariDesktop::eventually(const std::function<bool()>& condition, std::chro
 
 std::vector<Accessible> SafariDesktop::frames() const {
     std::vector<Accessible> all;
-    const Accessible desktop(atspi_get_desktop(0));
-    for (const Accessible& application : childrenOf(desktop)) {
-        if (nameOf(application) != safariName)
-            continue;
-        for (Accessible& frame : childrenOf(application))
-            all.push_back(std::move(frame));
+    for (const Accessible& application : Accessible::desktop().children()) {
+        if (application.name() == safariName)
+            std::ranges::copy(application.children(), std::back_inserter(all));
     }
     return all;
 }
 
 std::vector<std::string> SafariDesktop::frameTitles() const {
     std::vector<std::string> titles;
-    std::ranges::transform(frames(), std::back_inserter(titles), nameOf);
+    std::ranges::transform(frames(), std::back_inserter(titles), &Accessible::name);
     return titles;
 }
 
@@ -263,11 +325,11 @@ std::vector<std::string> SafariDesktop::inspectorTitles() const {
 
 std::vector<SafariDesktop::Entry> SafariDesktop::menu(const std::vector<std::string>& titles) const {
     std::vector<Entry> entries;
-    const Accessible root = descend(frames(), titles);
+    const auto root = descend(frames(), titles);
     if (!root)
         return entries;
-    for (const Accessible& child : childrenOf(root))
-        entries.push_back({nameOf(child), ATSPI_OBJECT(child.get())->path, isEnabled(child)});
+    for (const Accessible& child : root->children())
+        entries.push_back({child.name(), child.path, child.isEnabled()});
     return entries;
 }
 
@@ -289,30 +351,25 @@ std::vector<std::string> SafariDesktop::pages(const std::string& device) const {
 }
 
 bool SafariDesktop::press(const std::vector<std::string>& titles) const {
-    const Accessible item = descend(frames(), titles);
-    if (!item)
-        return false;
-    const GlibPointer<AtspiAction> action(atspi_accessible_get_action_iface(item.get()));
-    return action && atspi_action_do_action(action.get(), 0, nullptr) != FALSE;
+    const auto item = descend(frames(), titles);
+    return item && item->doAction();
 }
 
 bool SafariDesktop::frameHolds(const std::string& start, const std::string& name, int depth) const {
     return std::ranges::any_of(frames(), [&](const Accessible& frame) {
-        return nameOf(frame).starts_with(start) && firstDescendant(frame, depth, [&name](const Accessible& candidate) {
-                   return nameOf(candidate) == name;
-               });
+        return frame.name().starts_with(start) &&
+               firstDescendant(frame, depth, [&name](const Accessible& candidate) { return candidate.name() == name; });
     });
 }
 
 bool SafariDesktop::pressButton(const Accessible& root, const std::string& name) {
-    const Accessible button = firstDescendant(root, 6, [&name](const Accessible& candidate) {
-        if (nameOf(candidate) != name)
+    const auto button = firstDescendant(root, 6, [&name](const Accessible& candidate) {
+        if (candidate.name() != name)
             return false;
-        const AtspiRole role = atspi_accessible_get_role(candidate.get(), nullptr);
-        return role == ATSPI_ROLE_PUSH_BUTTON || role == ATSPI_ROLE_TOGGLE_BUTTON;
+        const std::uint32_t role = candidate.role();
+        return role == pushButtonRole || role == toggleButtonRole;
     });
-    const GlibPointer<AtspiAction> action(button ? atspi_accessible_get_action_iface(button.get()) : nullptr);
-    return action && atspi_action_do_action(action.get(), 0, nullptr) != FALSE;
+    return button && button->doAction();
 }
 
 std::vector<int> SafariDesktop::inspectorProcesses() {

@@ -6,17 +6,30 @@
 
 #include <gtest/gtest.h>
 
-#include <atspi/atspi.h>
-
 #include <chrono>
+#include <cstdint>
 #include <functional>
-#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace corvanta::testing {
 
-using Accessible = GlibPointer<AtspiAccessible>;
+/// An object on the accessibility bus: who has it and where. Asked anew for everything, never remembered; libatspi 2.46
+/// waits for itself for ever when events arrive during its calls.
+struct Accessible {
+    std::string owner;
+    std::string path;
+
+    [[nodiscard]] std::string name() const;
+    [[nodiscard]] std::uint32_t role() const;
+    [[nodiscard]] bool isEnabled() const;
+    [[nodiscard]] std::vector<Accessible> children() const;
+    bool doAction() const;
+
+    /// The parent of all applications.
+    [[nodiscard]] static Accessible desktop();
+};
 
 /// A program that runs until its owner ends it; what it says on standard error is kept.
 class RunningProgram {

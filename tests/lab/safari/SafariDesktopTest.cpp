@@ -163,8 +163,7 @@ TEST_F(SafariOnTwoPages, ClosesAnInspectorByItsCloseButton) {
     ASSERT_TRUE(eventually([this] { return frameHolds("Web Inspector", "Elements", 7); }));
 
     for (const Accessible& frame : frames()) {
-        const GlibPointer<char> name(atspi_accessible_get_name(frame.get(), nullptr));
-        if (std::string(name.get()).starts_with("Web Inspector"))
+        if (frame.name().starts_with("Web Inspector"))
             EXPECT_TRUE(pressButton(frame, "Close"));
     }
 

@@ -69,31 +69,51 @@ TEST(TargetListSettler, WaitsNoLongerThanItsLimit) {
     EXPECT_EQ(settler.take(start + 200ms), one);
 }
 
-TEST(TargetListSettler, WaitsForTheAddressOfANewPage) {
+TEST(TargetListSettler, LeavesOutANewPageUntilItHasAnAddress) {
+    TargetListSettler settler;
+    settler.update(withBlank, start);
+    EXPECT_EQ(settler.take(start + 50ms), one);
+    settler.update(both, start + 800ms);
+
+    EXPECT_EQ(settler.take(start + 850ms), both);
+}
+
+TEST(TargetListSettler, HasNothingToSayOfAPageThatIsLeftOut) {
     TargetListSettler settler;
     settler.update(one, start);
     ASSERT_TRUE(settler.take(start + 50ms));
     settler.update(withBlank, start + 100ms);
-    EXPECT_FALSE(settler.take(start + 180ms));
-    settler.update(both, start + 190ms);
 
-    EXPECT_EQ(settler.take(start + 240ms), both);
+    EXPECT_EQ(settler.due(), start + 1100ms);
+    EXPECT_FALSE(settler.take(start + 1099ms));
 }
 
 TEST(TargetListSettler, ListsAPageWithoutAddressInTheEnd) {
     TargetListSettler settler;
     settler.update(withBlank, start);
+    ASSERT_TRUE(settler.take(start + 50ms));
 
-    EXPECT_EQ(settler.take(start + 200ms), withBlank);
+    EXPECT_EQ(settler.take(start + 1000ms), withBlank);
+    EXPECT_FALSE(settler.due());
 }
 
-TEST(TargetListSettler, DoesNotWaitForAPageThatWasAlwaysBlank) {
+TEST(TargetListSettler, ForgetsAPageThatClosesWithoutAnAddress) {
     TargetListSettler settler;
-    settler.update(withBlank, start);
-    ASSERT_TRUE(settler.take(start + 200ms));
-    settler.update({withBlank[1]}, start + 300ms);
+    settler.update(one, start);
+    ASSERT_TRUE(settler.take(start + 50ms));
+    settler.update(withBlank, start + 100ms);
+    settler.update(one, start + 200ms);
 
-    EXPECT_EQ(settler.due(), start + 350ms);
+    EXPECT_FALSE(settler.due());
+}
+
+TEST(TargetListSettler, KeepsAPageThatBecomesBlank) {
+    TargetListSettler settler;
+    settler.update(both, start);
+    ASSERT_TRUE(settler.take(start + 50ms));
+    settler.update(withBlank, start + 100ms);
+
+    EXPECT_EQ(settler.take(start + 150ms), withBlank);
 }
 
 TEST(TargetListSettler, SettlesOnNoPages) {
