@@ -64,8 +64,9 @@ std::vector<std::byte> encodeInspectorFrame(std::string_view name, GVariant* par
     std::ranges::copy(std::as_bytes(std::span(name)), std::back_inserter(bytes));
     bytes.push_back(std::byte{0});
     if (parametersSize > 0) {
-        bytes.resize(headerSize + bodySize);
-        g_variant_store(owned.get(), bytes.data() + headerSize + name.size() + 1);
+        // Copied rather than stored in place, where it would not be aligned.
+        const auto* const data = static_cast<const std::byte*>(g_variant_get_data(owned.get()));
+        bytes.insert(bytes.end(), data, data + parametersSize);
     }
     return bytes;
 }

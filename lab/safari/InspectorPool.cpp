@@ -10,7 +10,7 @@ namespace corvanta {
 
 namespace {
 
-constexpr guint firstSpareDelay = 300;
+constexpr guint firstSpareDelay = 50;
 /// Long enough to leave the machine to the inspector that is just opening.
 constexpr guint nextSpareDelay = 3000;
 

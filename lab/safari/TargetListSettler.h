@@ -4,6 +4,7 @@
 #include "InspectableTarget.h"
 
 #include <chrono>
+#include <map>
 #include <optional>
 
 namespace corvanta {
@@ -11,15 +12,16 @@ namespace corvanta {
 /// Turns a device's stream of page lists into settled ones, so that a menu never shows what was true for an instant
 /// only.
 ///
-/// A change is due once nothing has changed for `quietTime`. A page that has just been opened and has no address yet is
-/// waited for longer, since its address follows at once; but no change waits longer than `longestWait`.
-/// Time is handed in; the class never sleeps.
+/// A change is due once nothing has changed for `quietTime`, and never waits longer than `longestWait`. A page that has
+/// just been opened and has no address yet is left out for at most `addressWait`, since its address follows at once;
+/// the other pages do not wait for it. Time is handed in; the class never sleeps.
 class TargetListSettler {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
     static constexpr std::chrono::milliseconds quietTime{50};
     static constexpr std::chrono::milliseconds longestWait{200};
+    static constexpr std::chrono::milliseconds addressWait{1000};
 
     /// What the device says now.
     void update(InspectableTargets targets, TimePoint now);
@@ -31,10 +33,14 @@ public:
     [[nodiscard]] std::optional<InspectableTargets> take(TimePoint now);
 
 private:
-    [[nodiscard]] bool hasNewPageWithoutAddress() const;
+    void show(TimePoint now);
 
     InspectableTargets m_settled;
-    InspectableTargets m_pending;
+    InspectableTargets m_received;
+    /// What was received, without the pages that are left out.
+    InspectableTargets m_shown;
+    /// The pages that are left out, and until when.
+    std::map<TargetIdentifier, TimePoint> m_leftOut;
     std::optional<TimePoint> m_firstChange;
     TimePoint m_lastChange;
 };

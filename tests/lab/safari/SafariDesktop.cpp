@@ -1,0 +1,398 @@
+// SPDX-License-Identifier: MIT
+#include "SafariDesktop.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+namespace corvanta::testing {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* safariName = "com.apple.Safari";
+
+constexpr std::uint32_t menuBarRole = 34;
+constexpr std::uint32_t pushButtonRole = 43;
+constexpr std::uint32_t toggleButtonRole = 62;
+constexpr std::uint32_t sensitiveState = 24;
+constexpr int answerLimit = 5000;
+
+GDBusConnection* accessibilityBus() {
+    static const GlibPointer<GDBusConnection> bus = [] {
+        const GlibPointer<GDBusConnection> session(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+        const GlibPointer<GVariant> answer(g_dbus_connection_call_sync(
+            session.get(), "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", nullptr,
+            G_VARIANT_TYPE("(s)"), G_DBUS_CALL_FLAGS_NONE, answerLimit, nullptr, nullptr));
+        const char* address = nullptr;
+        g_variant_get(answer.get(), "(&s)", &address);
+        return GlibPointer<GDBusConnection>(g_dbus_connection_new_for_address_sync(
+            address,
+            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+            nullptr, nullptr, nullptr));
+    }();
+    return bus.get();
+}
+
+/// The answer, or null from an object that is gone.
+GlibPointer<GVariant> ask(const Accessible& object, const char* interface, const char* method,
+                          GVariant* parameters = nullptr) {
+    return GlibPointer<GVariant>(
+        g_dbus_connection_call_sync(accessibilityBus(), object.owner.c_str(), object.path.c_str(), interface, method,
+                                    parameters, nullptr, G_DBUS_CALL_FLAGS_NONE, answerLimit, nullptr, nullptr));
+}
+
+std::optional<Accessible> firstDescendant(const Accessible& root, int depth,
+                                          const std::function<bool(const Accessible&)>& matches) {
+    if (depth == 0)
+        return std::nullopt;
+    for (const Accessible& child : root.children()) {
+        if (matches(child))
+            return child;
+        if (auto found = firstDescendant(child, depth - 1, matches))
+            return found;
+    }
+    return std::nullopt;
+}
+
+std::optional<Accessible> childNamed(const Accessible& parent, const std::string& name) {
+    for (const Accessible& child : parent.children()) {
+        if (child.name() == name)
+            return child;
+    }
+    return std::nullopt;
+}
+
+std::optional<Accessible> descend(const std::vector<Accessible>& frames, const std::vector<std::string>& titles) {
+    for (const Accessible& frame : frames) {
+        auto position =
+            firstDescendant(frame, 3, [](const Accessible& candidate) { return candidate.role() == menuBarRole; });
+        for (const std::string& title : titles) {
+            if (position)
+                position = childNamed(*position, title);
+        }
+        if (position)
+            return position;
+    }
+    return std::nullopt;
+}
+
+std::string textOfFile(const std::string& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+} // namespace
+
+std::string Accessible::name() const {
+    const auto answer = ask(*this, "org.freedesktop.DBus.Properties", "Get",
+                            g_variant_new("(ss)", "org.a11y.atspi.Accessible", "Name"));
+    if (!answer)
+        return {};
+    GVariant* rawValue = nullptr;
+    g_variant_get(answer.get(), "(v)", &rawValue);
+    const GlibPointer<GVariant> value(rawValue);
+    return g_variant_get_string(value.get(), nullptr);
+}
+
+std::uint32_t Accessible::role() const {
+    std::uint32_t role = 0;
+    if (const auto answer = ask(*this, "org.a11y.atspi.Accessible", "GetRole"))
+        g_variant_get(answer.get(), "(u)", &role);
+    return role;
+}
+
+bool Accessible::isEnabled() const {
+    const auto answer = ask(*this, "org.a11y.atspi.Accessible", "GetState");
+    if (!answer)
+        return false;
+    const GlibPointer<GVariant> states(g_variant_get_child_value(answer.get(), 0));
+    std::uint32_t firstStates = 0;
+    g_variant_get_child(states.get(), 0, "u", &firstStates);
+    return (firstStates >> sensitiveState & 1U) != 0;
+}
+
+std::vector<Accessible> Accessible::children() const {
+    std::vector<Accessible> result;
+    const auto answer = ask(*this, "org.a11y.atspi.Accessible", "GetChildren");
+    if (!answer)
+        return result;
+    GVariantIter* iterator = nullptr;
+    g_variant_get(answer.get(), "(a(so))", &iterator);
+    const char* childOwner = nullptr;
+    const char* childPath = nullptr;
+    while (g_variant_iter_next(iterator, "(&s&o)", &childOwner, &childPath) != FALSE)
+        result.push_back({childOwner, childPath});
+    g_variant_iter_free(iterator);
+    if (!result.empty())
+        return result;
+    // What another process has put into this one's window is told one by one only.
+    const auto single = ask(*this, "org.a11y.atspi.Accessible", "GetChildAtIndex", g_variant_new("(i)", 0));
+    if (single) {
+        g_variant_get(single.get(), "((&s&o))", &childOwner, &childPath);
+        if (!std::string_view(childPath).ends_with("/null"))
+            result.push_back({childOwner, childPath});
+    }
+    return result;
+}
+
+bool Accessible::doAction() const {
+    gboolean isDone = FALSE;
+    if (const auto answer = ask(*this, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0)))
+        g_variant_get(answer.get(), "(b)", &isDone);
+    return isDone != FALSE;
+}
+
+Accessible Accessible::desktop() {
+    return {"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"};
+}
+
+RunningProgram::RunningProgram(const std::vector<std::string>& command, const std::string& labHome) {
+    static int count = 0;
+    m_errorPath = labHome + "/stderr" + std::to_string(++count);
+    const std::string homeVariable = "CORVANTA_LAB_HOME=" + labHome;
+    std::vector<char*> environment{const_cast<char*>(homeVariable.c_str())};
+    for (char** variable = environ; *variable; ++variable)
+        environment.push_back(*variable);
+    environment.push_back(nullptr);
+    std::vector<char*> arguments;
+    std::ranges::transform(command, std::back_inserter(arguments),
+                           [](const std::string& text) { return const_cast<char*>(text.c_str()); });
+    arguments.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, m_errorPath.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+    pid_t process = -1;
+    if (posix_spawn(&process, arguments[0], &actions, nullptr, arguments.data(), environment.data()) != 0)
+        ADD_FAILURE() << "cannot start " << command.front();
+    posix_spawn_file_actions_destroy(&actions);
+    m_process = process;
+}
+
+RunningProgram::~RunningProgram() {
+    if (!m_isReaped) {
+        signal(SIGKILL);
+        waitpid(m_process, nullptr, 0);
+    }
+}
+
+bool RunningProgram::isRunning() const {
+    siginfo_t information{};
+    return !m_isReaped && waitid(P_PID, static_cast<id_t>(m_process), &information, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           information.si_pid == 0;
+}
+
+void RunningProgram::signal(int number) const {
+    if (!m_isReaped)
+        kill(m_process, number);
+}
+
+int RunningProgram::wait() {
+    for (int attempt = 0; attempt < 1000 && isRunning(); ++attempt)
+        std::this_thread::sleep_for(10ms);
+    if (m_isReaped || isRunning())
+        return m_status;
+    int status = 0;
+    waitpid(m_process, &status, 0);
+    m_isReaped = true;
+    m_status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return m_status;
+}
+
+std::string RunningProgram::finish() {
+    signal(SIGTERM);
+    wait();
+    return textOfFile(m_errorPath);
+}
+
+TestDevice::TestDevice(std::string udid, const std::string& name, const std::string& runtime,
+                       const std::string& labHome)
+    : m_busName("dev.corvanta.Lab.Device.U" + udid)
+    , m_program({DEVICE_FIXTURE, udid, name, runtime}, labHome) {}
+
+void TestDevice::open(const std::string& url) const {
+    call("dev.corvanta.Lab.Device1", "OpenURL", g_variant_new("(s)", url.c_str()));
+}
+
+void TestDevice::navigate(unsigned page, const std::string& url) const {
+    call("dev.corvanta.Lab.DeviceFixture1", "Navigate", g_variant_new("(us)", page, url.c_str()));
+}
+
+void TestDevice::close(unsigned page) const {
+    call("dev.corvanta.Lab.DeviceFixture1", "ClosePage", g_variant_new("(u)", page));
+}
+
+void TestDevice::shutDown() const {
+    call("dev.corvanta.Lab.Device1", "Shutdown", nullptr);
+}
+
+void TestDevice::call(const char* interface, const char* method, GVariant* parameters) const {
+    const GlibPointer<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    const GlibPointer<GVariant> owned(parameters ? g_variant_ref_sink(parameters) : nullptr);
+    // The fixture may be just starting.
+    for (int attempt = 0; attempt < 200; ++attempt) {
+        GError* rawError = nullptr;
+        const GlibPointer<GVariant> answer(
+            g_dbus_connection_call_sync(bus.get(), m_busName.c_str(), "/dev/corvanta/Lab/Device", interface, method,
+                                        owned.get(), nullptr, G_DBUS_CALL_FLAGS_NONE, 10000, nullptr, &rawError));
+        const GlibPointer<GError> error(rawError);
+        if (answer)
+            return;
+        if (!g_error_matches(error.get(), G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN)) {
+            ADD_FAILURE() << method << ": " << error->message;
+            return;
+        }
+        std::this_thread::sleep_for(50ms);
+    }
+    ADD_FAILURE() << m_busName << " did not appear";
+}
+
+SafariDesktop::SafariDesktop() {
+    m_labHome = (std::filesystem::temp_directory_path() / "corvanta-safari-test.XXXXXX").string();
+    if (!mkdtemp(m_labHome.data()))
+        ADD_FAILURE() << "no folder for the test";
+}
+
+SafariDesktop::~SafariDesktop() {
+    std::error_code ignored;
+    std::filesystem::remove_all(m_labHome, ignored);
+}
+
+void SafariDesktop::SetUp() {
+    m_devices.push_back(std::make_unique<TestDevice>("TEST_1", "iPhone 16 Pro", "iOS 18.2", m_labHome));
+}
+
+void SafariDesktop::TearDown() {
+    if (m_safari)
+        EXPECT_EQ(m_safari->finish(), "") << "Safari or an inspector has complained";
+    for (const auto& known : m_devices)
+        known->program().finish();
+    EXPECT_TRUE(eventually([] { return inspectorProcesses().empty(); }));
+    EXPECT_TRUE(eventually([] { return processes("WebKitWebProcess").empty(); }));
+}
+
+void SafariDesktop::startSafari(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), SAFARI_PROGRAM);
+    m_safari = std::make_unique<RunningProgram>(arguments, m_labHome);
+    ASSERT_TRUE(eventually([this] { return !menu({}).empty(); }))
+        << "Safari's menu bar is not on the accessibility bus";
+}
+
+bool SafariDesktop::eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+        }
+        std::this_thread::sleep_for(5ms);
+    }
+    return true;
+}
+
+std::vector<Accessible> SafariDesktop::frames() const {
+    std::vector<Accessible> all;
+    for (const Accessible& application : Accessible::desktop().children()) {
+        if (application.name() == safariName)
+            std::ranges::copy(application.children(), std::back_inserter(all));
+    }
+    return all;
+}
+
+std::vector<std::string> SafariDesktop::frameTitles() const {
+    std::vector<std::string> titles;
+    std::ranges::transform(frames(), std::back_inserter(titles), &Accessible::name);
+    return titles;
+}
+
+std::vector<std::string> SafariDesktop::inspectorTitles() const {
+    std::vector<std::string> titles = frameTitles();
+    std::erase_if(titles, [](const std::string& title) { return !title.starts_with("Web Inspector"); });
+    return titles;
+}
+
+std::vector<SafariDesktop::Entry> SafariDesktop::menu(const std::vector<std::string>& titles) const {
+    std::vector<Entry> entries;
+    const auto root = descend(frames(), titles);
+    if (!root)
+        return entries;
+    for (const Accessible& child : root->children())
+        entries.push_back({child.name(), child.path, child.isEnabled()});
+    return entries;
+}
+
+std::vector<std::string> SafariDesktop::menuTitles(const std::vector<std::string>& titles) const {
+    std::vector<std::string> result;
+    std::ranges::transform(menu(titles), std::back_inserter(result), &Entry::title);
+    return result;
+}
+
+std::vector<std::string> SafariDesktop::pages(const std::string& device) const {
+    std::vector<std::string> titles;
+    for (const Entry& entry : menu({"Develop", device})) {
+        if (entry.title.empty())
+            break;
+        if (entry.isEnabled)
+            titles.push_back(entry.title);
+    }
+    return titles;
+}
+
+bool SafariDesktop::press(const std::vector<std::string>& titles) const {
+    const auto item = descend(frames(), titles);
+    return item && item->doAction();
+}
+
+bool SafariDesktop::frameHolds(const std::string& start, const std::string& name, int depth) const {
+    return std::ranges::any_of(frames(), [&](const Accessible& frame) {
+        return frame.name().starts_with(start) &&
+               firstDescendant(frame, depth, [&name](const Accessible& candidate) { return candidate.name() == name; });
+    });
+}
+
+bool SafariDesktop::pressButton(const Accessible& root, const std::string& name) {
+    const auto button = firstDescendant(root, 6, [&name](const Accessible& candidate) {
+        if (candidate.name() != name)
+            return false;
+        const std::uint32_t role = candidate.role();
+        return role == pushButtonRole || role == toggleButtonRole;
+    });
+    return button && button->doAction();
+}
+
+std::vector<int> SafariDesktop::inspectorProcesses() {
+    return processes("SafariInspector");
+}
+
+std::vector<int> SafariDesktop::processes(const std::string& program) {
+    std::vector<int> found;
+    const std::string display = std::string("DISPLAY=") + g_getenv("DISPLAY");
+    for (const auto& folder : std::filesystem::directory_iterator("/proc")) {
+        const std::string name = folder.path().filename().string();
+        if (!g_ascii_isdigit(name.front()))
+            continue;
+        const std::string commandLine = textOfFile(folder.path().string() + "/cmdline");
+        const std::string file = commandLine.substr(0, commandLine.find('\0'));
+        // Zombies have no command line; other people's programs have another display.
+        if (file.substr(file.rfind('/') + 1) != program)
+            continue;
+        const std::string environment = '\0' + textOfFile(folder.path().string() + "/environ");
+        if (environment.find('\0' + display + '\0') != std::string::npos)
+            found.push_back(std::stoi(name));
+    }
+    return found;
+}
+
+} // namespace corvanta::testing

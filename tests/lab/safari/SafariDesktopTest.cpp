@@ -1,0 +1,311 @@
+// SPDX-License-Identifier: MIT
+#include "SafariDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+namespace corvanta::testing {
+
+namespace {
+
+using namespace std::chrono_literals;
+using Titles = std::vector<std::string>;
+
+const std::string deviceTitle = "iPhone 16 Pro – iOS 18.2";
+const Titles applePage{"Develop", deviceTitle, "apple.test — iphone"};
+const Titles shopPage{"Develop", deviceTitle, "shop.test"};
+
+std::chrono::milliseconds since(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+}
+
+} // namespace
+
+/// With two pages open and Safari in the background.
+class SafariOnTwoPages : public SafariDesktop {
+protected:
+    void SetUp() override {
+        SafariDesktop::SetUp();
+        device().open("page://apple.test/iphone/");
+        device().open("page://shop.test/");
+        startSafari();
+        ASSERT_TRUE(eventually([this] { return pages() == Titles{"apple.test — iphone", "shop.test"}; }));
+    }
+
+    void openInspector(const Titles& page) {
+        const auto before = inspectorTitles().size();
+        const auto start = std::chrono::steady_clock::now();
+        ASSERT_TRUE(press(page));
+        ASSERT_TRUE(eventually([this, before] { return inspectorTitles().size() == before + 1; }));
+        std::printf("window after %lld ms\n", static_cast<long long>(since(start).count()));
+    }
+};
+
+TEST_F(SafariOnTwoPages, ListsTheDeviceWithItsPages) {
+    EXPECT_EQ(menuTitles({}), (Titles{"Safari", "File", "Edit", "View", "History", "Develop", "Window", "Help"}));
+    EXPECT_EQ(menuTitles({"Develop", deviceTitle}),
+              (Titles{"iPhone 16 Pro (Simulator)", "apple.test — iphone", "shop.test", "",
+                      "Automatically Show Web Inspector for JSContexts", "Automatically Pause Connecting to JSContexts",
+                      "Connect via Network"}));
+    const auto entries = menu({"Develop", deviceTitle});
+    EXPECT_FALSE(entries.front().isEnabled);
+    EXPECT_TRUE(entries[1].isEnabled);
+    EXPECT_FALSE(entries.back().isEnabled);
+}
+
+TEST_F(SafariOnTwoPages, AddsANewPageLastAndKeepsTheOthers) {
+    const auto before = menu({"Develop", deviceTitle});
+
+    const auto start = std::chrono::steady_clock::now();
+    device().open("page://news.test/today.html");
+    ASSERT_TRUE(eventually([this] { return pages().size() == 3; }));
+    std::printf("new page after %lld ms\n", static_cast<long long>(since(start).count()));
+
+    const auto after = menu({"Develop", deviceTitle});
+    EXPECT_EQ(after[3].title, "news.test — today.html");
+    for (const std::size_t index : {0U, 1U, 2U})
+        EXPECT_EQ(after[index].path, before[index].path);
+    EXPECT_EQ(after[4].path, before[3].path);
+}
+
+TEST_F(SafariOnTwoPages, RenamesAPageInItsPlace) {
+    const auto before = menu({"Develop", deviceTitle});
+
+    device().navigate(1, "page://apple.test/ipad");
+    ASSERT_TRUE(eventually([this] { return pages() == Titles{"apple.test — ipad", "shop.test"}; }));
+
+    EXPECT_EQ(menu({"Develop", deviceTitle})[1].path, before[1].path);
+}
+
+TEST_F(SafariOnTwoPages, KeepsTheItemsBehindAClosedPage) {
+    const auto before = menu({"Develop", deviceTitle});
+
+    device().close(1);
+    ASSERT_TRUE(eventually([this] { return pages() == Titles{"shop.test"}; }));
+
+    EXPECT_EQ(menu({"Develop", deviceTitle})[1].path, before[2].path);
+}
+
+TEST_F(SafariOnTwoPages, SaysWhenThereIsNothingToInspect) {
+    device().close(1);
+    device().close(2);
+
+    EXPECT_TRUE(eventually([this] { return pages().empty(); }));
+    const auto entries = menu({"Develop", deviceTitle});
+    ASSERT_GT(entries.size(), 2U);
+    EXPECT_EQ(entries[1].title, "No Inspectable Applications");
+    EXPECT_FALSE(entries[1].isEnabled);
+}
+
+TEST_F(SafariOnTwoPages, OpensTheWebInspectorOfAPressedPage) {
+    openInspector(applePage);
+
+    EXPECT_EQ(inspectorTitles(), Titles{"Web Inspector — apple.test — iphone"});
+    for (const char* const tab : {"Elements", "Console", "Network"})
+        EXPECT_TRUE(eventually([&] { return frameHolds("Web Inspector", tab, 7); })) << tab;
+    EXPECT_EQ(inspectorTitles(), Titles{"Web Inspector — apple.test — iphone"});
+}
+
+TEST_F(SafariOnTwoPages, PressesWithoutShowingAMenuOrTakingInput) {
+    openInspector(applePage);
+
+    EXPECT_TRUE(m_windows.inputIsFree());
+    EXPECT_EQ(m_windows.titled("").size(), 4U) << "two pages, Safari and the inspector";
+}
+
+TEST_F(SafariOnTwoPages, OpensNoSecondInspectorForAPage) {
+    openInspector(applePage);
+    ASSERT_TRUE(eventually([this] { return frameHolds("Web Inspector", "Elements", 7); }));
+    openInspector(shopPage);
+    const auto windows = m_windows.titled("Web Inspector — apple.test");
+    ASSERT_EQ(windows.size(), 1U);
+    ASSERT_TRUE(eventually([&] { return m_windows.active() != windows.front(); }));
+
+    EXPECT_TRUE(press(applePage));
+
+    EXPECT_TRUE(eventually([&] { return m_windows.active() == windows.front(); })) << "the window is brought forward";
+    EXPECT_EQ(inspectorTitles().size(), 2U);
+    EXPECT_TRUE(device().program().isRunning());
+}
+
+TEST_F(SafariOnTwoPages, RetitlesTheInspectorOfARenamedPage) {
+    openInspector(applePage);
+
+    device().navigate(1, "page://apple.test/ipad");
+
+    EXPECT_TRUE(eventually([this] { return inspectorTitles() == Titles{"Web Inspector — apple.test — ipad"}; }));
+}
+
+TEST_F(SafariOnTwoPages, SurvivesTheClosingOfTwentyInspectors) {
+    for (int round = 0; round < 20; ++round) {
+        const Titles& page = round % 2 == 0 ? applePage : shopPage;
+        openInspector(page);
+        // Some are closed in the midst of loading.
+        if (round % 3 != 0)
+            ASSERT_TRUE(eventually([this] { return frameHolds("Web Inspector", "Elements", 7); }));
+        const auto windows = m_windows.titled("Web Inspector");
+        ASSERT_EQ(windows.size(), 1U);
+        m_windows.close(windows.front());
+        ASSERT_TRUE(eventually([this] { return inspectorTitles().empty(); }));
+        ASSERT_TRUE(m_safari->isRunning());
+        ASSERT_TRUE(device().program().isRunning());
+        ASSERT_EQ(pages(), (Titles{"apple.test — iphone", "shop.test"}));
+    }
+}
+
+TEST_F(SafariOnTwoPages, ClosesAnInspectorByItsCloseButton) {
+    openInspector(applePage);
+    ASSERT_TRUE(eventually([this] { return frameHolds("Web Inspector", "Elements", 7); }));
+
+    for (const Accessible& frame : frames()) {
+        if (frame.name().starts_with("Web Inspector"))
+            EXPECT_TRUE(pressButton(frame, "Close"));
+    }
+
+    EXPECT_TRUE(eventually([this] { return inspectorTitles().empty(); }));
+    EXPECT_TRUE(device().program().isRunning());
+    openInspector(applePage);
+}
+
+TEST_F(SafariOnTwoPages, TakesTheInspectorsWithItWhenKilled) {
+    openInspector(applePage);
+    openInspector(shopPage);
+
+    m_safari->signal(SIGKILL);
+
+    EXPECT_TRUE(eventually([] { return inspectorProcesses().empty(); }, 5s));
+    EXPECT_TRUE(eventually([] { return processes("WebKitWebProcess").size() == 2; }, 5s))
+        << "those of the device's pages";
+    EXPECT_TRUE(device().program().isRunning());
+}
+
+TEST_F(SafariOnTwoPages, ClosesTheInspectorOfAClosedPage) {
+    openInspector(applePage);
+    openInspector(shopPage);
+
+    device().close(1);
+
+    EXPECT_TRUE(eventually([this] { return inspectorTitles() == Titles{"Web Inspector — shop.test"}; }));
+    EXPECT_TRUE(m_safari->isRunning());
+}
+
+TEST_F(SafariOnTwoPages, ForgetsADeviceThatShutsDown) {
+    openInspector(applePage);
+
+    device().shutDown();
+
+    EXPECT_TRUE(eventually([this] { return menu({"Develop", deviceTitle}).empty(); }));
+    EXPECT_EQ(menuTitles({"Develop"}).front(), "No Booted Devices");
+    EXPECT_TRUE(eventually([] { return inspectorProcesses().empty(); }));
+}
+
+TEST_F(SafariOnTwoPages, SurvivesADeviceThatIsKilled) {
+    openInspector(applePage);
+
+    device().program().signal(SIGKILL);
+
+    EXPECT_TRUE(eventually([this] { return menu({"Develop", deviceTitle}).empty(); }));
+    EXPECT_TRUE(eventually([] { return inspectorProcesses().empty(); }));
+    EXPECT_TRUE(m_safari->isRunning());
+}
+
+TEST_F(SafariOnTwoPages, LetsTheInspectorBeNarrow) {
+    openInspector(applePage);
+    ASSERT_TRUE(eventually([this] { return frameHolds("Web Inspector", "Elements", 7); }));
+    const auto window = m_windows.titled("Web Inspector").front();
+
+    m_windows.resize(window, {400, 300});
+
+    EXPECT_TRUE(eventually([&] { return m_windows.size(window) == ClientWindows::Size{400, 300}; }));
+}
+
+TEST_F(SafariOnTwoPages, HasNoDevelopMenuWithoutDeveloperFeatures) {
+    ASSERT_TRUE(press({"Safari", "Settings…"}));
+    const auto toggle = [this] {
+        return std::ranges::any_of(
+            frames(), [](const Accessible& frame) { return pressButton(frame, "Show features for web developers"); });
+    };
+    ASSERT_TRUE(eventually(toggle));
+
+    EXPECT_TRUE(eventually([this] { return std::ranges::count(menuTitles({}), "Develop") == 0; }));
+    std::ifstream file(m_labHome + "/safari.json");
+    EXPECT_NE(std::string(std::istreambuf_iterator<char>(file), {}).find("\"developerFeatures\" : false"),
+              std::string::npos);
+
+    ASSERT_TRUE(toggle());
+    EXPECT_TRUE(eventually([this] { return menuTitles({})[5] == "Develop"; }));
+    EXPECT_EQ(pages(), (Titles{"apple.test — iphone", "shop.test"}));
+}
+
+TEST_F(SafariDesktop, StartsWithoutADevelopMenuWhenTurnedOff) {
+    std::ofstream(m_labHome + "/safari.json") << R"({"developerFeatures": false, "other": 1})";
+    startSafari();
+
+    EXPECT_EQ(menuTitles({}), (Titles{"Safari", "File", "Edit", "View", "History", "Window", "Help"}));
+
+    std::ofstream(m_labHome + "/safari.json") << R"({"developerFeatures": true, "other": 1})";
+    EXPECT_TRUE(eventually([this] { return std::ranges::count(menuTitles({}), "Develop") == 1; }));
+}
+
+TEST_F(SafariDesktop, ListsDevicesByNameAndNewestRuntimeFirst) {
+    device().open("page://apple.test/");
+    startSafari();
+    ASSERT_TRUE(eventually([this] { return pages().size() == 1; }));
+    const auto first = menu({"Develop"}).front().path;
+    m_devices.push_back(std::make_unique<TestDevice>("TEST_2", "iPhone 16 Pro", "iOS 17.5", m_labHome));
+    m_devices.push_back(std::make_unique<TestDevice>("TEST_3", "iPhone 16", "iOS 18.2", m_labHome));
+
+    EXPECT_TRUE(eventually([this] {
+        const Titles titles = menuTitles({"Develop"});
+        return titles.size() > 3 && Titles(titles.begin(), titles.begin() + 4) ==
+                                        Titles{"iPhone 16 – iOS 18.2", deviceTitle, "iPhone 16 Pro – iOS 17.5", ""};
+    }));
+    EXPECT_EQ(menu({"Develop"})[1].path, first) << "the first device's item has stayed the same";
+}
+
+TEST_F(SafariDesktop, StaysInTheBackground) {
+    device().open("page://apple.test/");
+    ASSERT_TRUE(eventually([this] { return m_windows.titled("iPhone 16 Pro").size() == 1; }));
+    ASSERT_TRUE(eventually([this] { return m_windows.active().has_value(); }));
+    const auto active = m_windows.active();
+    startSafari({"--background"});
+
+    ASSERT_TRUE(eventually([this] { return m_windows.titled("Start Page — Safari").size() == 1; }));
+    EXPECT_TRUE(eventually([this] { return m_windows.isIconified(m_windows.titled("Start Page — Safari").front()); }));
+    EXPECT_EQ(m_windows.active(), active);
+}
+
+TEST_F(SafariDesktop, IsBroughtForwardByASecondStart) {
+    startSafari();
+    ASSERT_TRUE(eventually([this] { return m_windows.titled("Start Page — Safari").size() == 1; }));
+    const auto window = m_windows.titled("Start Page — Safari").front();
+    ASSERT_TRUE(eventually([&] { return m_windows.isIconified(window); }));
+
+    RunningProgram quiet({SAFARI_PROGRAM, "--background"}, m_labHome);
+    EXPECT_EQ(quiet.wait(), 0);
+    EXPECT_TRUE(m_windows.isIconified(window));
+
+    RunningProgram second({SAFARI_PROGRAM}, m_labHome);
+    EXPECT_EQ(second.wait(), 0);
+    EXPECT_TRUE(eventually([&] { return !m_windows.isIconified(window) && m_windows.active() == window; }));
+}
+
+TEST_F(SafariDesktop, QuitsWithItsWindow) {
+    device().open("page://apple.test/");
+    startSafari();
+    ASSERT_TRUE(eventually([this] { return pages().size() == 1; }));
+    ASSERT_TRUE(press({"Develop", deviceTitle, "apple.test"}));
+    ASSERT_TRUE(eventually([this] { return inspectorTitles().size() == 1; }));
+
+    ASSERT_TRUE(press({"Safari", "Quit Safari"}));
+
+    EXPECT_EQ(m_safari->wait(), 0);
+    EXPECT_TRUE(eventually([] { return inspectorProcesses().empty(); }));
+}
+
+} // namespace corvanta::testing
