@@ -146,7 +146,8 @@ int serve(const Options& options) {
     g_unix_signal_add(SIGTERM, quit, loop.get());
     g_unix_signal_add(SIGINT, quit, loop.get());
     if (options.untilStdinCloses != FALSE) {
-        g_unix_fd_add(STDIN_FILENO, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR), readStdin, loop.get());
+        // A closed pipe reports that it is hung up whatever is asked for.
+        g_unix_fd_add(STDIN_FILENO, G_IO_IN, readStdin, loop.get());
     }
     g_main_loop_run(loop.get());
     return 0;

@@ -54,7 +54,8 @@ install_packages() {
     die 77 "packages are missing, and neither is this root nor is there sudo. As root, run: ${command[*]}"
   fi
   say "Installing with apt-get$([[ $(id -u) -eq 0 ]] || echo ' through sudo'): ${missing[*]}"
-  if ! apt-get install --simulate --no-install-recommends "${missing[@]}" >/dev/null 2>&1; then
+  if [[ -z $(find /var/lib/apt/lists -maxdepth 1 -name '*Packages*' -mtime -1 -print -quit 2>/dev/null) ]] ||
+    ! apt-get install --simulate --no-install-recommends "${missing[@]}" >/dev/null 2>&1; then
     say "Updating APT's package lists"
     as_root apt-get update
   fi
@@ -94,3 +95,13 @@ check_preset() {
 }
 
 is_help() { [[ ${1:-} == -h || ${1:-} == --help ]]; }
+
+# has_option --name ARGUMENT...: whether the arguments hold the option, in either spelling of its value.
+has_option() {
+  local name=$1 argument
+  shift
+  for argument; do
+    [[ $argument != "$name" && $argument != "$name="* ]] || return 0
+  done
+  return 1
+}

@@ -1,0 +1,80 @@
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash
+source tools/dev/setup.sh
+source tools/dev/format.sh
+
+verb_lint() {
+  local all=no base=main
+  while [[ $# -gt 0 ]]; do
+    case $1 in
+      -h | --help)
+        cat <<'TEXT'
+usage: ./dev lint [--all] [--base COMMIT]
+
+Checks formatting, the direction of the includes between layers, that each header compiles alone, the shell scripts, and
+runs clang-tidy. Headers and clang-tidy look at what changed since the branch left COMMIT (main unless told otherwise);
+with --all they look at everything, which takes minutes.
+TEXT
+        return
+        ;;
+      --all)
+        all=yes
+        shift
+        ;;
+      --base)
+        base=${2:?--base needs a commit}
+        shift 2
+        ;;
+      *) die 64 "lint does not know \"$1\"" ;;
+    esac
+  done
+
+  ensure_setup
+  ensure_lint_setup
+  build_preset dev >build/lint.log 2>&1 || {
+    cat build/lint.log
+    die 1 "what does not build cannot be checked"
+  }
+
+  local failed=() sources
+  if [[ $all == yes ]]; then
+    sources=$(all_sources | tr '\0' '\n')
+  else
+    sources=$(changed_sources "$base")
+  fi
+  say "Formatting"
+  verb_format --check || failed+=(formatting)
+  say "Layering"
+  tools/check-layering tools/check-header || failed+=(layering)
+  say "Shell scripts"
+  shellcheck -x dev .ci/run tools/dev/*.sh tools/dev/fresh-root tools/dev/with-sample-page tools/check-layering tools/check-header ||
+    failed+=("shell scripts")
+  say "Headers"
+  check_headers "$sources" || failed+=(headers)
+  say "clang-tidy"
+  check_tidy "$sources" || failed+=(clang-tidy)
+
+  [[ ${#failed[@]} -eq 0 ]] || die 1 "not clean: ${failed[*]}"
+  say "All clean"
+}
+
+changed_sources() {
+  local base
+  base=$(git merge-base HEAD "$1" 2>/dev/null || git rev-parse HEAD)
+  {
+    git diff --name-only --diff-filter=d "$base" -- '*.h' '*.cpp' '*.mm'
+    git ls-files --others --exclude-standard -- '*.h' '*.cpp' '*.mm'
+  } | sort -u
+}
+
+# Each header is compiled by itself, with the flags of the nearest source that the build compiles.
+check_headers() {
+  printf '%s\n' "$1" | grep '\.h$' | xargs -r -d '\n' -n 1 -P "$(nproc)" tools/check-header build/dev
+}
+
+check_tidy() {
+  local known
+  known=$(sed -n "s|^ *\"file\": \"$CORVANTA_ROOT/\(.*\)\".*|\1|p" build/dev/compile_commands.json)
+  printf '%s\n' "$1" | grep '\.cpp$' | grep -xF -f <(printf '%s\n' "$known") |
+    xargs -r -d '\n' -n 1 -P "$(nproc)" clang-tidy-19 --quiet -p build/dev 2> >(grep -vE 'warnings? (generated|treated)|^Suppressed|^Use -' >&2)
+}
