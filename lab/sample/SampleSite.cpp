@@ -10,7 +10,7 @@
 
 namespace corvanta {
 
-SampleSite::SampleSite(std::filesystem::path folder)
+SampleSite::SampleSite(const std::filesystem::path& folder)
     : m_folder(std::filesystem::canonical(folder)) {}
 
 std::optional<SampleFile> SampleSite::file(std::string_view requestPath) const {

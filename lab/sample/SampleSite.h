@@ -19,7 +19,7 @@ struct SampleFile {
 /// Reads files anew at each request, so that an edited page shows at the next reload.
 class SampleSite {
 public:
-    explicit SampleSite(std::filesystem::path folder);
+    explicit SampleSite(const std::filesystem::path& folder);
 
     /// The file behind the decoded path of a request, which starts with "/"; "/" itself is the first page.
     /// Answers nothing where there is no such regular file, and for every path that leads out of the folder, through

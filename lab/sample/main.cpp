@@ -18,7 +18,7 @@
 namespace corvanta {
 namespace {
 
-constexpr gsize largestReport = 64 * 1024;
+constexpr gsize largestReport = 65536;
 
 struct Options {
     int port = 0;
@@ -98,7 +98,8 @@ std::optional<Options> parse(int argc, char** argv) {
     char* root = nullptr;
     const std::array entries{
         GOptionEntry{"port", 'p', 0, G_OPTION_ARG_INT, &options.port, "Listen on this port; 0 takes a free one", "N"},
-        GOptionEntry{"root", 'r', 0, G_OPTION_ARG_FILENAME, &root, "Show the pages of this folder", "FOLDER"},
+        GOptionEntry{"root", 'r', 0, G_OPTION_ARG_FILENAME, static_cast<void*>(&root), "Show the pages of this folder",
+                     "FOLDER"},
         GOptionEntry{"until-stdin-closes", 0, 0, G_OPTION_ARG_NONE, &options.untilStdinCloses,
                      "End when standard input closes", nullptr},
         GOptionEntry{},
