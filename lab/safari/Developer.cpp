@@ -2,7 +2,7 @@
 #include "Developer.h"
 
 #include "InspectorPool.h"
-#include "InspectorServerClient.h"
+#include "InspectorRelay.h"
 #include "PageTitle.h"
 #include "TargetListSettler.h"
 
@@ -18,10 +18,10 @@ public:
     Device(const LabDevice& device, DevelopMenu& menu)
         : m_busName(device.busName)
         , m_menu(menu)
-        , m_client(device.inspectorAddress, [this](InspectableTargets targets) { received(std::move(targets)); })
-        , m_inspectors(device.inspectorAddress) {}
+        , m_relay(device.inspectorAddress, [this](InspectableTargets targets) { received(std::move(targets)); })
+        , m_inspectors(m_relay.inspectorAddress()) {}
 
-    [[nodiscard]] const std::string& address() const { return m_client.address(); }
+    [[nodiscard]] const std::string& address() const { return m_relay.address(); }
 
     void inspect(const TargetIdentifier& identifier) {
         const auto target = std::ranges::find(m_targets, identifier, &InspectableTarget::identifier);
@@ -66,7 +66,7 @@ private:
     TargetListSettler m_settler;
     InspectableTargets m_targets;
     SourceGuard m_timer;
-    InspectorServerClient m_client;
+    InspectorRelay m_relay;
     InspectorPool m_inspectors;
 };
 

@@ -71,6 +71,27 @@ std::vector<std::byte> encodeInspectorFrame(std::string_view name, GVariant* par
     return bytes;
 }
 
+std::vector<std::byte> encodeInspectorFrame(const InspectorFrame& frame) {
+    std::vector<std::byte> bytes = encodeInspectorFrame(frame.name, nullptr);
+    const std::size_t bodySize = bytes.size() - headerSize + frame.parameters.size();
+    for (unsigned index = 0; index < 4; ++index)
+        bytes[index] = static_cast<std::byte>(bodySize >> (24U - 8U * index) & 0xFFU);
+    bytes[4] = frame.isLittleEndian ? littleEndianFlag : std::byte{0};
+    bytes.insert(bytes.end(), frame.parameters.begin(), frame.parameters.end());
+    return bytes;
+}
+
+std::optional<TargetIdentifier> frameTarget(const InspectorFrame& frame) {
+    if (frame.parameters.size() < 2 * sizeof(std::uint64_t))
+        return std::nullopt;
+    const auto number = [&frame](std::size_t offset) {
+        std::uint64_t value = 0;
+        std::memcpy(&value, frame.parameters.data() + offset, sizeof value);
+        return frame.isLittleEndian ? GUINT64_FROM_LE(value) : GUINT64_FROM_BE(value);
+    };
+    return TargetIdentifier{number(0), number(sizeof(std::uint64_t))};
+}
+
 std::optional<TargetList> decodeTargetList(const InspectorFrame& frame) {
     if (frame.name != "SetTargetList")
         return std::nullopt;

@@ -28,8 +28,8 @@ struct InspectorFrame {
 /// Cuts a byte stream into frames. It trusts nothing: a stream that cannot be right is malformed for good.
 class InspectorFrameReader {
 public:
-    /// Far above what an inspector server sends before it is asked to inspect (70 kB of backend commands).
-    static constexpr std::size_t maximumBodySize = std::size_t{16} << 20;
+    /// Far above the heap snapshots and resources that inspectors are sent.
+    static constexpr std::size_t maximumBodySize = std::size_t{1} << 30;
 
     void append(std::span<const std::byte> bytes);
 
@@ -46,6 +46,12 @@ private:
 
 /// A frame with `name` and `parameters` (floating references are consumed; may be null), ready to be sent.
 [[nodiscard]] std::vector<std::byte> encodeInspectorFrame(std::string_view name, GVariant* parameters);
+
+/// The same frame again, byte by byte.
+[[nodiscard]] std::vector<std::byte> encodeInspectorFrame(const InspectorFrame& frame);
+
+/// The page that a message of one inspector is about: what its parameters begin with. Nothing when they are too short.
+[[nodiscard]] std::optional<TargetIdentifier> frameTarget(const InspectorFrame& frame);
 
 /// The pages one process of the device offers.
 struct TargetList {

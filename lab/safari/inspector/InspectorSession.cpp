@@ -154,7 +154,8 @@ void InspectorSession::applyTitle() {
     if (g_strcmp0(gtk_window_get_title(m_window), title.c_str()) != 0)
         gtk_window_set_title(m_window, title.c_str());
     GtkWidget* const bar = gtk_window_get_titlebar(m_window);
-    if (GTK_IS_HEADER_BAR(bar))
+    // Both tell of every setting, also of one that changes nothing.
+    if (GTK_IS_HEADER_BAR(bar) && g_strcmp0(gtk_header_bar_get_title(GTK_HEADER_BAR(bar)), title.c_str()) != 0)
         gtk_header_bar_set_title(GTK_HEADER_BAR(bar), title.c_str());
 }
 

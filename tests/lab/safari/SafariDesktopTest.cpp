@@ -43,6 +43,8 @@ protected:
         ASSERT_TRUE(press(page));
         ASSERT_TRUE(eventually([this, before] { return inspectorTitles().size() == before + 1; }));
         std::printf("window after %lld ms\n", static_cast<long long>(since(start).count()));
+        // The bus tells of the window before the window manager has it.
+        ASSERT_TRUE(eventually([this, before] { return m_windows.titled("Web Inspector").size() == before + 1; }));
     }
 };
 
@@ -115,7 +117,8 @@ TEST_F(SafariOnTwoPages, PressesWithoutShowingAMenuOrTakingInput) {
     openInspector(applePage);
 
     EXPECT_TRUE(m_windows.inputIsFree());
-    EXPECT_EQ(m_windows.titled("").size(), 4U) << "two pages, Safari and the inspector";
+    // Two pages, Safari and the inspector.
+    EXPECT_TRUE(eventually([this] { return m_windows.titled("").size() == 4; }));
 }
 
 TEST_F(SafariOnTwoPages, OpensNoSecondInspectorForAPage) {
@@ -138,7 +141,8 @@ TEST_F(SafariOnTwoPages, RetitlesTheInspectorOfARenamedPage) {
 
     device().navigate(1, "page://apple.test/ipad");
 
-    EXPECT_TRUE(eventually([this] { return inspectorTitles() == Titles{"Web Inspector — apple.test — ipad"}; }));
+    EXPECT_TRUE(eventually([this] { return inspectorTitles() == Titles{"Web Inspector — apple.test — ipad"}; }))
+        << ::testing::PrintToString(inspectorTitles()) << ::testing::PrintToString(pages());
 }
 
 TEST_F(SafariOnTwoPages, SurvivesTheClosingOfTwentyInspectors) {
@@ -190,7 +194,8 @@ TEST_F(SafariOnTwoPages, ClosesTheInspectorOfAClosedPage) {
 
     device().close(1);
 
-    EXPECT_TRUE(eventually([this] { return inspectorTitles() == Titles{"Web Inspector — shop.test"}; }));
+    EXPECT_TRUE(eventually([this] { return inspectorTitles() == Titles{"Web Inspector — shop.test"}; }))
+        << ::testing::PrintToString(inspectorTitles()) << ::testing::PrintToString(pages());
     EXPECT_TRUE(m_safari->isRunning());
 }
 

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "GlibPointers.h"
+#include "InspectorFrames.h"
+
+#include <array>
+#include <deque>
+#include <functional>
+
+namespace corvanta {
+
+/// One open connection of the inspector protocol. Main thread only.
+class InspectorChannel {
+public:
+    struct Handlers {
+        std::function<void(const InspectorFrame&)> onFrame;
+        /// The other side has gone or talks nonsense; it may destroy the channel.
+        std::function<void()> onClosed;
+    };
+
+    /// The handlers are called from the main loop, never from within a call into this object.
+    InspectorChannel(GlibPointer<GSocketConnection> connection, Handlers handlers);
+    InspectorChannel(const InspectorChannel&) = delete;
+    InspectorChannel& operator=(const InspectorChannel&) = delete;
+    ~InspectorChannel();
+
+    /// Sends behind everything sent before, without ever waiting.
+    void send(const std::vector<std::byte>& frame);
+
+private:
+    void readMore();
+    void received(std::span<const std::byte> bytes);
+    void writeMore();
+    void written(gssize size);
+    void close();
+
+    GlibPointer<GSocketConnection> m_connection;
+    GlibPointer<GCancellable> m_cancellable;
+    Handlers m_handlers;
+    InspectorFrameReader m_reader;
+    std::array<std::byte, 65536> m_buffer{};
+    std::deque<GlibPointer<GBytes>> m_outgoing;
+};
+
+} // namespace corvanta
