@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "AccessibilityTree.h"
 
-#include <atspi/atspi.h>
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusReply>
+#include <QDBusVariant>
 
 #include <utility>
 
@@ -11,90 +16,119 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QString takeText(gchar* text) {
-    const QString result = QString::fromUtf8(text);
-    g_free(text);
-    return result;
+constexpr int callLimit = 3000;
+constexpr unsigned sensitiveState = 24;
+constexpr unsigned showingState = 25;
+
+const QString accessibleInterface = u"org.a11y.atspi.Accessible"_s;
+
+/// The bus that the session says assistive technologies use; made anew for each test program.
+QDBusConnection accessibilityBus() {
+    static const QString name = u"accessibility"_s;
+    if (const QDBusConnection known(name); known.isConnected())
+        return known;
+    auto request =
+        QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s);
+    const QDBusReply<QString> address = QDBusConnection::sessionBus().call(request);
+    return QDBusConnection::connectToBus(address.value(), name);
 }
 
-template<typename Object>
-std::shared_ptr<Object> own(Object* object) {
-    return std::shared_ptr<Object>(object, [](Object* held) {
-        if (held)
-            g_object_unref(held);
-    });
-}
-
-bool hasState(AtspiAccessible* object, AtspiStateType state) {
-    const auto states = own(atspi_accessible_get_state_set(object));
-    return states && atspi_state_set_contains(states.get(), state);
-}
-
-std::shared_ptr<AtspiAccessible> desktop() {
-    static const int initialised = [] {
-        constexpr int callLimit = 2000;
-        constexpr int startLimit = 5000;
-        const int status = atspi_init();
-        atspi_set_timeout(callLimit, startLimit);
-        return status;
-    }();
-    if (initialised > 1)
-        return nullptr;
-    auto root = own(atspi_get_desktop(0));
-    // What is remembered here could be stale, and the tests are about what is there now.
-    if (root)
-        atspi_accessible_set_cache_mask(root.get(), ATSPI_CACHE_NONE);
-    return root;
+/// A reference to an object of some program: its bus name and its path.
+std::optional<Accessible> reference(const QVariantList& reply) {
+    if (reply.isEmpty() || !reply.front().canConvert<QDBusArgument>())
+        return std::nullopt;
+    const auto argument = reply.front().value<QDBusArgument>();
+    QString busName;
+    QDBusObjectPath path;
+    argument.beginStructure();
+    argument >> busName >> path;
+    argument.endStructure();
+    if (path.path().endsWith(u"/null"))
+        return std::nullopt;
+    return Accessible(busName, path.path());
 }
 
 } // namespace
 
-Accessible::Accessible(std::shared_ptr<_AtspiAccessible> object)
-    : m_object(std::move(object)) {}
+Accessible::Accessible(QString busName, QString path)
+    : m_busName(std::move(busName))
+    , m_path(std::move(path)) {}
+
+QVariantList Accessible::call(const QString& interface, const QString& method, const QVariantList& arguments) const {
+    auto message = QDBusMessage::createMethodCall(m_busName, m_path, interface, method);
+    message.setArguments(arguments);
+    const QDBusMessage reply = accessibilityBus().call(message, QDBus::Block, callLimit);
+    return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments() : QVariantList();
+}
+
+QVariant Accessible::property(const QString& interface, const QString& name) const {
+    const QVariantList reply = call(u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {interface, name});
+    return reply.isEmpty() ? QVariant() : reply.front().value<QDBusVariant>().variant();
+}
+
+bool Accessible::hasState(unsigned state) const {
+    const QVariantList reply = call(accessibleInterface, u"GetState"_s);
+    if (reply.isEmpty())
+        return false;
+    const auto words = qdbus_cast<QList<uint>>(reply.front());
+    constexpr unsigned bitsPerWord = 32;
+    const auto word = static_cast<qsizetype>(state / bitsPerWord);
+    return word < words.size() && ((words[word] >> (state % bitsPerWord)) & 1U) != 0;
+}
 
 QString Accessible::name() const {
-    return takeText(atspi_accessible_get_name(m_object.get(), nullptr));
+    return property(accessibleInterface, u"Name"_s).toString();
 }
 
 QString Accessible::role() const {
-    return takeText(atspi_accessible_get_role_name(m_object.get(), nullptr));
+    const QVariantList reply = call(accessibleInterface, u"GetRoleName"_s);
+    return reply.isEmpty() ? QString() : reply.front().toString();
 }
 
 int Accessible::processID() const {
-    return static_cast<int>(atspi_accessible_get_process_id(m_object.get(), nullptr));
+    const QDBusMessage reply = accessibilityBus().call(
+        [this] {
+            auto message = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                                          u"org.freedesktop.DBus"_s, u"GetConnectionUnixProcessID"_s);
+            message.setArguments({m_busName});
+            return message;
+        }(),
+        QDBus::Block, callLimit);
+    return reply.arguments().isEmpty() ? 0 : reply.arguments().front().toInt();
 }
 
 bool Accessible::isSensitive() const {
-    return hasState(m_object.get(), ATSPI_STATE_SENSITIVE);
+    return hasState(sensitiveState);
 }
 
 bool Accessible::isShowing() const {
-    return hasState(m_object.get(), ATSPI_STATE_SHOWING);
+    return hasState(showingState);
 }
 
 QString Accessible::text() const {
-    const auto text = own(atspi_accessible_get_text_iface(m_object.get()));
-    return text ? takeText(atspi_text_get_text(text.get(), 0, -1, nullptr)) : QString();
+    const QVariantList reply = call(u"org.a11y.atspi.Text"_s, u"GetText"_s, {0, -1});
+    return reply.isEmpty() ? QString() : reply.front().toString();
 }
 
 std::vector<Accessible> Accessible::children() const {
     std::vector<Accessible> result;
-    const int count = atspi_accessible_get_child_count(m_object.get(), nullptr);
+    const int count = property(accessibleInterface, u"ChildCount"_s).toInt();
     for (int index = 0; index < count; ++index) {
-        if (auto child = own(atspi_accessible_get_child_at_index(m_object.get(), index, nullptr)))
-            result.emplace_back(std::move(child));
+        // One by one: a page's socket names its page only this way.
+        if (const auto child = reference(call(accessibleInterface, u"GetChildAtIndex"_s, {index})))
+            result.push_back(*child);
     }
     return result;
 }
 
 bool Accessible::press() const {
-    const auto action = own(atspi_accessible_get_action_iface(m_object.get()));
-    return action && atspi_action_do_action(action.get(), 0, nullptr);
+    const QVariantList reply = call(u"org.a11y.atspi.Action"_s, u"DoAction"_s, {0});
+    return !reply.isEmpty() && reply.front().toBool();
 }
 
 bool Accessible::setText(const QString& text) const {
-    const auto editable = own(atspi_accessible_get_editable_text_iface(m_object.get()));
-    return editable && atspi_editable_text_set_text_contents(editable.get(), text.toUtf8().constData(), nullptr);
+    const QVariantList reply = call(u"org.a11y.atspi.EditableText"_s, u"SetTextContents"_s, {text});
+    return !reply.isEmpty() && reply.front().toBool();
 }
 
 std::optional<Accessible> Accessible::find(const std::function<bool(const Accessible&)>& matches, int depth) const {
@@ -128,10 +162,8 @@ QStringList Accessible::allTexts(int depth) const {
 
 std::vector<Accessible> applications(const QString& name) {
     std::vector<Accessible> result;
-    const auto root = desktop();
-    if (!root)
-        return result;
-    for (const Accessible& application : Accessible(root).children()) {
+    const Accessible desktop(u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s);
+    for (const Accessible& application : desktop.children()) {
         if (application.name() == name)
             result.push_back(application);
     }
@@ -142,7 +174,7 @@ std::vector<Accessible> frames(const QString& applicationName) {
     std::vector<Accessible> result;
     for (const Accessible& application : applications(applicationName)) {
         for (const Accessible& child : application.children()) {
-            if (child.role() == u"frame" || child.role() == u"window" || child.role() == u"dialog")
+            if (const QString role = child.role(); role == u"frame" || role == u"window" || role == u"dialog")
                 result.push_back(child);
         }
     }

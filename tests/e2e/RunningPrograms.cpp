@@ -4,7 +4,6 @@
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QJsonDocument>
-#include <QProcessEnvironment>
 #include <QTimer>
 
 #include <ranges>
@@ -82,9 +81,6 @@ DrivenCorvanta::~DrivenCorvanta() {
 
 void DrivenCorvanta::start(const QStringList& arguments) {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(u"QT_NO_GLIB"_s); // The tests' own affair.
-    m_process.setProcessEnvironment(environment);
     m_process.start(QStringLiteral(CORVANTA_PROGRAM), arguments);
     m_process.waitForStarted();
 }
