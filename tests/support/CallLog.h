@@ -28,11 +28,12 @@ public:
         return texts;
     }
 
-    /// The calls with the milliseconds since the clock was made in front: "120 AXPress Develop".
+    /// The calls with the milliseconds since the log was last cleared in front: "120 AXPress Develop".
     [[nodiscard]] std::vector<std::string> timedCalls() const {
         std::vector<std::string> texts;
         for (const auto& [time, call] : m_calls)
-            texts.push_back(std::to_string(std::chrono::floor<std::chrono::milliseconds>(time).count()) + ' ' + call);
+            texts.push_back(std::to_string(std::chrono::floor<std::chrono::milliseconds>(time - m_start).count()) +
+                            ' ' + call);
         return texts;
     }
 
@@ -44,10 +45,14 @@ public:
         return count;
     }
 
-    void clear() { m_calls.clear(); }
+    void clear() {
+        m_calls.clear();
+        m_start = m_clock.elapsed();
+    }
 
 private:
     const VirtualClock& m_clock;
+    Clock::Duration m_start{};
     std::vector<std::pair<Clock::Duration, std::string>> m_calls;
 };
 

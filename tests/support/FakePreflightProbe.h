@@ -21,7 +21,8 @@ public:
         const QString features = !safariDeveloperFeatures   ? QStringLiteral("unknown")
                                  : *safariDeveloperFeatures ? QStringLiteral("on")
                                                             : QStringLiteral("off");
-        m_log.add(QStringLiteral("facts ") + (accessibilityTrusted ? u"trusted" : u"untrusted") +
+        m_log.add(QStringLiteral("facts ") +
+                  (accessibilityTrusted ? QStringLiteral("trusted") : QStringLiteral("untrusted")) +
                   QStringLiteral(", developer features ") + features);
         co_await script.play(PreflightOperation::facts);
         SetupFacts facts = found;

@@ -19,12 +19,12 @@ QCoro::Task<std::vector<SafariTarget>> FakeSafari::snapshotTargets(QString devic
     m_log.add(u"snapshotTargets "_s + deviceName);
     co_await script.play(SafariOperation::snapshotTargets, token);
     if (m_snapshots.empty())
-        co_return listed;
+        co_return std::vector(listed); // Returning the member itself would move from it.
     const auto snapshot = m_snapshots.front();
     m_snapshots.pop_front();
     if (const auto* const error = std::get_if<std::exception_ptr>(&snapshot))
         std::rethrow_exception(*error);
-    co_return std::get<std::vector<SafariTarget>>(snapshot);
+    co_return std::vector(std::get<std::vector<SafariTarget>>(snapshot));
 }
 
 QCoro::Task<void> FakeSafari::attach(SafariTarget target, QString deviceName, CancellationToken token) {

@@ -8,7 +8,8 @@ using namespace Qt::Literals::StringLiterals;
 QCoro::Task<std::vector<SimulatorDevice>> FakeSimulator::availableIOSDevices() {
     m_log.add(u"availableIOSDevices"_s);
     co_await script.play(SimulatorOperation::availableIOSDevices);
-    co_return devices;
+    auto listed = devices; // Returning the member itself would move from it.
+    co_return listed;
 }
 
 QCoro::Task<void> FakeSimulator::boot(SimulatorDevice device) {
