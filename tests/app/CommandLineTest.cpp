@@ -65,6 +65,7 @@ TEST(CommandLine, ShowsEveryOptionInTheHelpAndExits) {
         const auto outcome = parse({option});
         EXPECT_EQ(outcome.commandLine, std::nullopt);
         EXPECT_EQ(outcome.exitStatus, 0);
+        EXPECT_TRUE(outcome.message.startsWith(u"Usage: Corvanta [options]\n"_s)) << outcome.message.toStdString();
         for (const auto& documented :
              {u"--url <ADDRESS>"_s, u"--device <DEVICE>"_s, u"--start"_s, u"--screenshot <FILE>"_s, u"--help"_s,
               u"--version"_s, u"Web testing workspace for iOS Simulator."_s})
