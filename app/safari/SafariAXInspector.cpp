@@ -66,8 +66,17 @@ QCoro::Task<void> SafariAXInspector::pause(Clock::Duration duration, Cancellatio
         throw CancelledError();
 }
 
+QCoro::Task<void> SafariAXInspector::pauseInMenu(AccessibilityElement developItem, CancellationToken token) {
+    if (co_await m_clock.sleepFor(menuPressPause, token) == SleepResult::elapsed)
+        co_return;
+    m_client.performAction(developItem, u"AXCancel");
+    throw CancelledError();
+}
+
 QCoro::Task<SafariAXInspector::DeviceMenu> SafariAXInspector::openDeviceMenu(QString deviceName,
                                                                              CancellationToken token) {
+    if (token.isCancelled())
+        throw CancelledError();
     if (!m_client.isTrusted())
         throw WorkspaceAutomationError::accessibilityPermissionMissing();
     const auto application = AXSupport::application(m_client, m_safariBundleIdentifier);
@@ -84,7 +93,7 @@ QCoro::Task<SafariAXInspector::DeviceMenu> SafariAXInspector::openDeviceMenu(QSt
     const AccessibilityElement developItem = *found;
 
     m_client.performAction(developItem, u"AXPress");
-    co_await pause(menuPressPause, token);
+    co_await pauseInMenu(developItem, token);
 
     const auto deviceItem =
         AXSupport::firstDescendant(m_client, developItem, deviceItemDepth, [&](const AccessibilityElement& element) {
@@ -95,7 +104,7 @@ QCoro::Task<SafariAXInspector::DeviceMenu> SafariAXInspector::openDeviceMenu(QSt
         throw WorkspaceAutomationError::simulatorMenuUnavailable(deviceName);
     }
     m_client.performAction(*deviceItem, u"AXPress");
-    co_await pause(menuPressPause, token);
+    co_await pauseInMenu(developItem, token);
     co_return DeviceMenu{developItem, *deviceItem};
 }
 
@@ -160,8 +169,10 @@ QCoro::Task<std::optional<AccessibilityElement>> SafariAXInspector::waitForInspe
     co_return std::nullopt;
 }
 
-QCoro::Task<void> SafariAXInspector::pressTarget(SafariTarget target, QString deviceName, CancellationToken token) {
+QCoro::Task<QSet<std::size_t>> SafariAXInspector::pressTarget(SafariTarget target, QString deviceName,
+                                                              CancellationToken token) {
     const auto turn = co_await m_menuTurns.next();
+    QSet<std::size_t> existing = inspectorWindowHashes();
     const DeviceMenu menu = co_await openDeviceMenu(deviceName, token);
     [[maybe_unused]] const AccessibilityMenuNode root = readDeviceMenu(menu.deviceItem);
     const auto element = m_targetElements.constFind(target.id);
@@ -169,6 +180,7 @@ QCoro::Task<void> SafariAXInspector::pressTarget(SafariTarget target, QString de
         m_client.performAction(menu.developItem, u"AXCancel");
         throw WorkspaceAutomationError::targetUnavailable(target.title);
     }
+    co_return existing;
 }
 
 void SafariAXInspector::closeWindow(const AccessibilityElement& window) {
@@ -177,8 +189,7 @@ void SafariAXInspector::closeWindow(const AccessibilityElement& window) {
 }
 
 QCoro::Task<void> SafariAXInspector::attach(SafariTarget target, QString deviceName, CancellationToken token) {
-    const QSet<std::size_t> existing = inspectorWindowHashes();
-    co_await pressTarget(target, deviceName, token);
+    const QSet<std::size_t> existing = co_await pressTarget(target, deviceName, token);
     const auto window = co_await waitForInspectorWindow(existing, token);
     if (!window)
         throw WorkspaceAutomationError::inspectorWindowUnavailable();

@@ -40,11 +40,16 @@ private:
     };
 
     [[nodiscard]] QCoro::Task<DeviceMenu> openDeviceMenu(QString deviceName, CancellationToken token);
-    [[nodiscard]] QCoro::Task<void> pressTarget(SafariTarget target, QString deviceName, CancellationToken token);
+    /// Presses the page's item and returns the hashes of the inspector windows from before.
+    [[nodiscard]] QCoro::Task<QSet<std::size_t>> pressTarget(SafariTarget target, QString deviceName,
+                                                             CancellationToken token);
     [[nodiscard]] QCoro::Task<std::optional<AccessibilityElement>> waitForInspectorWindow(QSet<std::size_t> excluding,
                                                                                           CancellationToken token);
     /// Sleeps; throws CancelledError when the token is cancelled meanwhile.
     [[nodiscard]] QCoro::Task<void> pause(Clock::Duration duration, CancellationToken token);
+
+    /// The pause after a press; closes the menu before it throws CancelledError.
+    [[nodiscard]] QCoro::Task<void> pauseInMenu(AccessibilityElement developItem, CancellationToken token);
 
     [[nodiscard]] std::vector<AccessibilityElement> menuBarItems();
     [[nodiscard]] bool isDevelopItem(const AccessibilityElement& item);

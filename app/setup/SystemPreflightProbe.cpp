@@ -2,9 +2,9 @@
 #include "setup/SystemPreflightProbe.h"
 
 #include "simulator/IOSRuntimeParser.h"
+#include "support/Text.h"
 
 #include <QRegularExpression>
-#include <QStringDecoder>
 
 #include <utility>
 
@@ -16,10 +16,7 @@ namespace {
 
 /// The first line that is not empty, at any Unicode line break.
 std::optional<QString> firstLine(const QByteArray& bytes) {
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder(bytes);
-    if (decoder.hasError())
-        return std::nullopt;
+    const QString text = decodeUTF8(bytes).value_or(QString());
     static const QRegularExpression lineBreak(u"[\\n\\r\\v\\f\\x{85}\\x{2028}\\x{2029}]"_s);
     const QStringList lines = text.split(lineBreak, Qt::SkipEmptyParts);
     return lines.isEmpty() ? std::nullopt : std::optional(lines.front());

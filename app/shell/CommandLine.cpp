@@ -15,6 +15,12 @@ std::optional<QString> value(const QCommandLineParser& parser, const QCommandLin
     return parser.isSet(option) ? std::optional(parser.value(option)) : std::nullopt;
 }
 
+/// The parser takes the program's name from the application object, which does not exist yet.
+QString helpText(const QCommandLineParser& parser) {
+    const QString text = parser.helpText();
+    return u"Usage: Corvanta [options]"_s + text.sliced(text.indexOf(u'\n'));
+}
+
 CommandLineOutcome refusal(const QString& message) {
     return {std::nullopt, u"Corvanta: "_s + message + u"\nTry 'Corvanta --help' for the options.\n"_s, 2};
 }
@@ -38,7 +44,7 @@ CommandLineOutcome parseCommandLine(const QStringList& arguments) {
     if (!parser.parse(arguments))
         return refusal(parser.errorText());
     if (parser.isSet(help))
-        return {std::nullopt, parser.helpText(), 0};
+        return {std::nullopt, helpText(parser), 0};
     if (parser.isSet(version))
         return {std::nullopt, AppIdentity::versionLine() + u'\n', 0};
     if (!parser.positionalArguments().isEmpty())

@@ -175,7 +175,8 @@ private:
     void showRecovery(const std::optional<QString>& recovery);
 
     [[nodiscard]] QCoro::Task<void> listDevices();
-    [[nodiscard]] QCoro::Task<SetupFacts> gatherFacts();
+    /// Nothing when the coordinator has gone meanwhile.
+    [[nodiscard]] QCoro::Task<std::optional<SetupFacts>> gatherFacts();
     [[nodiscard]] QCoro::Task<void> openXcode();
     [[nodiscard]] QCoro::Task<void> carryOut(SetupRecoveryAction action);
     void openAddress(QStringView address);

@@ -21,7 +21,8 @@ constexpr auto xcodeStorePage = u"macappstore://apps.apple.com/app/xcode/id49779
 
 } // namespace
 
-QCoro::Task<SetupFacts> WorkspaceCoordinator::gatherFacts() {
+QCoro::Task<std::optional<SetupFacts>> WorkspaceCoordinator::gatherFacts() {
+    const std::shared_ptr<const WorkspaceRun::Owner> owner = m_runs;
     if (!m_services.accessibility.isTrusted())
         co_return co_await m_services.preflightProbe.facts(false, std::nullopt);
 
@@ -31,9 +32,13 @@ QCoro::Task<SetupFacts> WorkspaceCoordinator::gatherFacts() {
     } catch (...) { // Shown as a failed row like any other reason why Safari cannot be read.
         safariRuns = false;
     }
+    if (!owner->coordinator)
+        co_return std::nullopt;
     if (!safariRuns)
         co_return co_await m_services.preflightProbe.facts(true, false);
     co_await m_services.clock.sleepFor(safariLaunchPause);
+    if (!owner->coordinator)
+        co_return std::nullopt;
     co_return co_await m_services.preflightProbe.facts(true, m_services.safari.developerFeaturesAvailable());
 }
 
@@ -45,11 +50,11 @@ QCoro::Task<void> WorkspaceCoordinator::runSetupChecks() {
     showStatus(u"Checking this Mac"_s);
     showRecovery(std::nullopt);
 
-    const SetupFacts facts = co_await gatherFacts();
-    if (!owner->coordinator)
+    const auto facts = co_await gatherFacts();
+    if (!facts || !owner->coordinator)
         co_return;
 
-    publish(m_setupChecks, SetupCheckEvaluator::evaluate(facts), &WorkspaceCoordinator::setupChecksChanged);
+    publish(m_setupChecks, SetupCheckEvaluator::evaluate(*facts), &WorkspaceCoordinator::setupChecksChanged);
     if (allRequirementsSatisfied(m_setupChecks)) {
         showStatus(m_devices.empty() ? u"Setup ready; looking for simulators"_s : u"Ready"_s);
     } else {
