@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shell/CorvantaApp.h"
 
+#include "window/WorkspaceView.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QTimer>
@@ -54,10 +56,12 @@ CorvantaApp::CorvantaApp(std::unique_ptr<Platform> platform, CommandLine command
 void CorvantaApp::start() {
     if (m_commandLine.url)
         m_coordinator.setUrlInput(*m_commandLine.url);
-    m_view =
-        std::make_unique<WorkspaceView>(m_coordinator, m_tasks, [this](QWidget* window) { windowChanged(window); });
-    m_view->resize(m_view->sizeHint());
-    m_view->show();
+    auto* const view = new WorkspaceView(m_coordinator, m_tasks, [this](QWidget* window) { windowChanged(window); });
+    m_window = std::make_unique<QMainWindow>();
+    m_window->setWindowTitle(u"Corvanta"_s);
+    m_window->setCentralWidget(view);
+    m_window->resize(view->sizeHint());
+    m_window->show();
     m_tasks.start(firstAppearance());
 }
 
@@ -66,24 +70,29 @@ void CorvantaApp::windowChanged(QWidget* window) {
     m_coordinator.setControlWindow(m_controlWindow);
 }
 
-void CorvantaApp::selectRequestedDevice() {
+bool CorvantaApp::selectRequestedDevice() {
     if (!m_commandLine.device)
-        return;
+        return true;
     const auto& devices = m_coordinator.devices();
     const QString& wanted = *m_commandLine.device;
     const auto found = std::ranges::find_if(
         devices, [&](const SimulatorDevice& device) { return device.udid == wanted || device.name == wanted; });
-    if (found != devices.end())
-        m_coordinator.setSelectedDeviceID(found->udid);
-    else
+    if (found == devices.end()) {
         std::fprintf(stderr, "Corvanta: no available simulator device is called '%s'\n", qUtf8Printable(wanted));
+        return false;
+    }
+    m_coordinator.setSelectedDeviceID(found->udid);
+    return true;
 }
 
 QCoro::Task<void> CorvantaApp::firstAppearance() {
     co_await m_coordinator.runSetupChecks();
     co_await m_coordinator.refreshDevices();
-    selectRequestedDevice();
-    if (m_commandLine.screenshot) {
+    if (!selectRequestedDevice()) {
+        // Another device than the one asked for would be worse than none.
+        if (m_commandLine.screenshot)
+            quit(1);
+    } else if (m_commandLine.screenshot) {
         const int exitStatus = co_await m_unattendedRun.run(*m_commandLine.screenshot);
         quit(exitStatus);
     } else if (m_commandLine.start) {

@@ -11,10 +11,10 @@
 #include "shell/UnattendedRun.h"
 #include "simulator/SimctlService.h"
 #include "support/TaskScope.h"
-#include "window/WorkspaceView.h"
 #include "workspace/ProfileRepository.h"
 #include "workspace/WorkspaceCoordinator.h"
 
+#include <QMainWindow>
 #include <QObject>
 
 #include <memory>
@@ -35,7 +35,8 @@ public:
 private:
     void windowChanged(QWidget* window);
     [[nodiscard]] QCoro::Task<void> firstAppearance();
-    void selectRequestedDevice();
+    /// False when the command line names a device that is not there.
+    [[nodiscard]] bool selectRequestedDevice();
     /// Stops the workspace, waits for what is still under way, and ends the event loop.
     void quit(int exitStatus);
     [[nodiscard]] QCoro::Task<void> leave(int exitStatus);
@@ -53,7 +54,7 @@ private:
     TaskScope m_tasks;
     TerminationSignals m_terminationSignals;
     std::shared_ptr<ControlWindow> m_controlWindow;
-    std::unique_ptr<WorkspaceView> m_view;
+    std::unique_ptr<QMainWindow> m_window;
     bool m_isLeaving = false;
 };
 

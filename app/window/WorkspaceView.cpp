@@ -28,7 +28,6 @@ WorkspaceView::WorkspaceView(WorkspaceCoordinator& coordinator, TaskScope& tasks
     , m_phase(makeLabel(TextStyle::body)) {
     setObjectName(u"workspaceView"_s);
     setAttribute(Qt::WA_StyledBackground);
-    setWindowTitle(u"Corvanta"_s);
     setMinimumSize(300, 480);
 
     auto* const content = new QWidget;

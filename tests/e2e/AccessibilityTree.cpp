@@ -148,6 +148,8 @@ std::optional<Accessible> Accessible::find(const QString& role, const QString& n
 }
 
 QStringList Accessible::allTexts(int depth) const {
+    if (!isShowing())
+        return {};
     QStringList texts;
     for (const QString& own : {name(), text()}) {
         if (!own.trimmed().isEmpty())

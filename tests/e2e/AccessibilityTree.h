@@ -37,7 +37,7 @@ public:
     [[nodiscard]] std::optional<Accessible> find(const std::function<bool(const Accessible&)>& matches,
                                                  int depth = 30) const;
     [[nodiscard]] std::optional<Accessible> find(const QString& role, const QString& name) const;
-    /// Every non-empty name and text below the object.
+    /// Every name and text that the object shows, those of the objects below it included.
     [[nodiscard]] QStringList allTexts(int depth = 30) const;
 
 private:
