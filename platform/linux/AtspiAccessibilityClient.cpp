@@ -192,6 +192,13 @@ bool AtspiAccessibilityClient::hasMenuBar(const QString& bundleIdentifier) {
     return connect() && menuBarOf(bundleIdentifier).has_value();
 }
 
+void AtspiAccessibilityClient::prepare(const QString& bundleIdentifier) {
+    if (!connect())
+        return;
+    for (const AtspiReference& root : m_applications.named(bundleIdentifier))
+        mirror(root.bus).refresh();
+}
+
 bool AtspiAccessibilityClient::connect() {
     const bool isConnected = m_bus.isConnected();
     if (m_generation != m_bus.generation() || !isConnected) {
@@ -219,7 +226,8 @@ void AtspiAccessibilityClient::await(const std::vector<AtspiMirror*>& mirrors) {
         if (!mirror->settle() && mirror->isHopeful())
             waiting.push_back(mirror);
     }
-    const bool settled = m_allowance.wait([&] {
+    const bool arePages = std::ranges::all_of(waiting, &AtspiMirror::isPage);
+    const bool settled = (arePages ? m_pageAllowance : m_allowance).wait([&] {
         bool all = true;
         for (AtspiMirror* const mirror : waiting)
             all = mirror->settle() && all;
@@ -245,7 +253,7 @@ const AtspiItem* AtspiAccessibilityClient::item(const AtspiReference& reference)
         mirror.request(reference.path);
         await({&mirror});
     }
-    return mirror.isFresh() ? mirror.item(reference.path) : nullptr;
+    return mirror.item(reference.path);
 }
 
 AtspiAccessibilityClient::Value AtspiAccessibilityClient::applicationAttribute(const QString& bundleIdentifier,
@@ -418,8 +426,10 @@ bool AtspiAccessibilityClient::press(const AtspiReference& reference) {
         return false;
     AtspiMirror& mirror = this->mirror(reference.bus);
     if (mirror.tree().opensSubmenu(*known)) {
-        // The entries are on the bus without the menu being shown; who presses it is about to read them.
-        mirror.refresh();
+        // The entries are on the bus without the menu being shown. Who presses it is about to read them, and the
+        // windows of the program's other processes as well.
+        for (const AtspiReference& root : m_applications.namedLike(reference.bus))
+            this->mirror(root.bus).refresh();
         return true;
     }
     // GTK 3 reports success for an insensitive entry and does nothing.

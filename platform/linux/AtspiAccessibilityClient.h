@@ -19,8 +19,9 @@ namespace corvanta {
 ///
 /// An application element stands for every program on the bus that carries the bundle identifier as its name. Reads
 /// come from a mirror of each program's objects that is fetched in one go and is at most a tenth of a second old.
-/// Programs that do not answer hold a turn of the event loop for 80 ms, all together, and read as absent until they
-/// answer. Windows are measured and placed by way of the X server, in device pixels.
+/// Programs that do not answer hold a turn of the event loop for 80 ms, all together; they read as they were for two
+/// seconds more and are then absent until they answer. Pages inside them have an allowance of their own, so that a slow
+/// page hides no window. Windows are measured and placed by way of the X server, in device pixels.
 class AtspiAccessibilityClient final : public AccessibilityClient {
 public:
     /// `primaryOrigin` is the top-left corner of the primary screen on the X root window.
@@ -37,6 +38,9 @@ public:
 
     /// Whether the application shows a menu bar on the bus; answered without the person's permission as well.
     [[nodiscard]] bool hasMenuBar(const QString& bundleIdentifier);
+
+    /// Begins to read the application, which is about to be looked at.
+    void prepare(const QString& bundleIdentifier);
 
 private:
     class Node;
@@ -59,7 +63,8 @@ private:
 
     X11Windows& m_windows;
     std::function<Point()> m_primaryOrigin;
-    HangAllowance m_allowance;
+    HangAllowance m_allowance{std::chrono::milliseconds(80)};
+    HangAllowance m_pageAllowance{std::chrono::milliseconds(20)};
     AtspiBus m_bus;
     AtspiApplications m_applications;
     unsigned m_generation = 0;

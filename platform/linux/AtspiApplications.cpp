@@ -34,6 +34,15 @@ QList<AtspiReference> AtspiApplications::named(const QString& name) {
     return roots;
 }
 
+QList<AtspiReference> AtspiApplications::namedLike(const QString& process) {
+    const auto found =
+        std::ranges::find(m_applications, process, [](const Application& application) { return application.root.bus; });
+    if (found == m_applications.end() || !found->name)
+        return {};
+    const QString name = *found->name;
+    return named(name);
+}
+
 bool AtspiApplications::answers() {
     update();
     return m_age.isValid() && !m_rootsCall;

@@ -20,6 +20,9 @@ public:
     /// The roots of the programs with that name, in the order in which they came.
     [[nodiscard]] QList<AtspiReference> named(const QString& name);
 
+    /// The roots of the programs that carry the same name as that process.
+    [[nodiscard]] QList<AtspiReference> namedLike(const QString& process);
+
     /// Whether the registry of programs answers.
     [[nodiscard]] bool answers();
 

@@ -35,7 +35,7 @@ bool HangAllowance::wait(const std::function<bool()>& isDone) {
     const auto start = std::chrono::steady_clock::now();
     for (;;) {
         const auto waited = std::chrono::steady_clock::now() - start;
-        if (m_used + waited >= perTurn) {
+        if (m_used + waited >= m_perTurn) {
             m_used += waited;
             break;
         }

@@ -17,7 +17,8 @@ namespace corvanta {
 /// How long programs that do not answer may hold the main thread in one turn of its event loop, all of them together.
 class HangAllowance {
 public:
-    static constexpr std::chrono::milliseconds perTurn{80};
+    explicit HangAllowance(std::chrono::milliseconds perTurn)
+        : m_perTurn(perTurn) {}
 
     /// Waits until `isDone`, which is asked again and again, or until the allowance is used up, and says which it was.
     /// Only waiting in vain uses it up.
@@ -32,6 +33,7 @@ public:
     bool wait(Call& call);
 
 private:
+    const std::chrono::milliseconds m_perTurn;
     std::chrono::nanoseconds m_used{};
     bool m_isRenewalScheduled = false;
     QObject m_context;

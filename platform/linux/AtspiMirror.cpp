@@ -57,6 +57,7 @@ bool AtspiMirror::settle() {
     AtspiTree tree = m_fetch->takeTree();
     m_fetch.reset();
     m_isGivenUp = false;
+    m_silence.start();
     if (m_isAddition) {
         m_tree.merge(std::move(tree));
     } else {
@@ -81,7 +82,7 @@ void AtspiMirror::giveUp() {
 }
 
 const AtspiItem* AtspiMirror::item(const QString& path) const {
-    return m_isGivenUp ? nullptr : m_tree.item(path);
+    return m_silence.hasExpired(patience.count()) ? nullptr : m_tree.item(path);
 }
 
 } // namespace corvanta

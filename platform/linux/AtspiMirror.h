@@ -15,11 +15,15 @@ namespace corvanta {
 /// The accessible objects of one process as they were a moment ago.
 ///
 /// Nothing here waits: a reader requests what it needs, waits for it as long as it may, and gives up on a mirror that
-/// does not settle. Such a mirror holds nothing until its process has answered.
+/// does not settle. What such a mirror held is read for a little longer, since a program that is busy is not a program
+/// that hangs; then it holds nothing until its process has answered.
 class AtspiMirror {
 public:
     /// How old objects may be when they are read.
     static constexpr std::chrono::milliseconds lifetime{100};
+
+    /// How long objects outlive that while their process is silent.
+    static constexpr std::chrono::milliseconds patience{2000};
 
     enum class Extent {
         everything, ///< A program of the desktop: all of it in one go.
@@ -48,7 +52,9 @@ public:
     /// Whether what is here is recent enough to be read without waiting.
     [[nodiscard]] bool isFresh() const { return !m_age.hasExpired(lifetime.count()); }
 
-    /// Null when it is not known or the process does not answer.
+    [[nodiscard]] bool isPage() const { return m_extent == Extent::onDemand; }
+
+    /// Null when it is not known or the process has been silent for too long.
     [[nodiscard]] const AtspiItem* item(const QString& path) const;
 
     [[nodiscard]] const AtspiTree& tree() const { return m_tree; }
@@ -59,6 +65,7 @@ private:
     Extent m_extent;
     AtspiTree m_tree;
     QElapsedTimer m_age;
+    QElapsedTimer m_silence;
     std::unique_ptr<AtspiFetch> m_fetch;
     bool m_isAddition = false;
     bool m_isGivenUp = false;

@@ -34,9 +34,15 @@ private:
 /// session bus while they run.
 class LinuxDesktop final : public Desktop {
 public:
-    /// `isReady` says whether the application with a bundle identifier shows its menu bar.
-    LinuxDesktop(X11Windows& windows, const X11Screens& screens, Clock& clock, LabFolder lab,
-                 std::function<bool(const QString&)> isReady);
+    /// What the accessibility interface knows of applications, by their bundle identifiers.
+    struct ApplicationState {
+        /// Whether the application shows its menu bar.
+        std::function<bool(const QString&)> isReady;
+        /// Told of an application that runs and is about to be looked at.
+        std::function<void(const QString&)> prepare = [](const QString&) {};
+    };
+
+    LinuxDesktop(X11Windows& windows, const X11Screens& screens, Clock& clock, LabFolder lab, ApplicationState state);
 
     [[nodiscard]] bool isRunning(const QString& bundleIdentifier) const override;
     void activate(const QString& bundleIdentifier) override;
@@ -53,7 +59,7 @@ private:
     const X11Screens& m_screens;
     Clock& m_clock;
     LabFolder m_lab;
-    std::function<bool(const QString&)> m_isReady;
+    ApplicationState m_state;
 };
 
 } // namespace corvanta

@@ -39,8 +39,13 @@ private:
     X11Windows m_windows;
     X11Screens m_screens{m_windows};
     AtspiAccessibilityClient m_accessibility{m_windows, [this] { return m_screens.primaryOrigin(); }};
-    LinuxDesktop m_desktop{m_windows, m_screens, m_clock, m_lab,
-                           [this](const QString& identifier) { return m_accessibility.hasMenuBar(identifier); }};
+    LinuxDesktop m_desktop{
+        m_windows,
+        m_screens,
+        m_clock,
+        m_lab,
+        {.isReady = [this](const QString& identifier) { return m_accessibility.hasMenuBar(identifier); },
+         .prepare = [this](const QString& identifier) { m_accessibility.prepare(identifier); }}};
 };
 
 } // namespace

@@ -106,6 +106,9 @@ bool Accessible::isShowing() const {
 }
 
 QString Accessible::text() const {
+    const QVariantList interfaces = call(accessibleInterface, u"GetInterfaces"_s);
+    if (interfaces.isEmpty() || !interfaces.front().toStringList().contains(u"org.a11y.atspi.Text"_s))
+        return {};
     const QVariantList reply = call(u"org.a11y.atspi.Text"_s, u"GetText"_s, {0, -1});
     return reply.isEmpty() ? QString() : reply.front().toString();
 }

@@ -147,8 +147,10 @@ TEST_F(WorkspaceEndToEnd, InspectsTheRealPage) {
     launchOnSample();
     startAndWait();
     EXPECT_TRUE(eventually([] { return inspectorShows(u"Corvanta sample page"_s); }));
-    EXPECT_TRUE(inspectorShows(u"Elements"_s));
-    EXPECT_TRUE(inspectorShows(u"Console"_s));
+    EXPECT_TRUE(eventually([] { return inspectorShows(u"Elements"_s); }));
+    EXPECT_TRUE(eventually([] { return inspectorShows(u"Console"_s); }));
+    // An attribute of the page's own body, as the inspector's document tree shows it.
+    EXPECT_TRUE(eventually([] { return inspectorShows(u"data-page"_s); }));
 }
 
 TEST_F(WorkspaceEndToEnd, LetsThePageSeeTheDevice) {
@@ -184,7 +186,7 @@ TEST_F(WorkspaceEndToEnd, AttachesToTheNewPageAfterEachStartAndReload) {
     launchOnSample();
     startAndWait();
     ASSERT_TRUE(m_corvanta.press(u"Stop"_s));
-    ASSERT_TRUE(m_corvanta.typeAddress(m_site.address(u"second.html"_s)));
+    ASSERT_TRUE(m_corvanta.typeAddress(m_site.address(u"two.html"_s)));
     ASSERT_TRUE(eventually([this] { return m_corvanta.isEnabled(u"Start Workspace"_s); }));
     std::uint32_t previous = inspectorWindows().front().id;
 
@@ -194,7 +196,7 @@ TEST_F(WorkspaceEndToEnd, AttachesToTheNewPageAfterEachStartAndReload) {
     };
     startAndWait();
     ASSERT_TRUE(eventually(attachedAnew));
-    EXPECT_TRUE(eventually([] { return inspectorShows(u"Second page"_s); }));
+    EXPECT_TRUE(eventually([] { return inspectorShows(u"Corvanta second page"_s); }));
 
     for (const QString& page : {u"index.html?first"_s, u"index.html?second"_s, u"index.html?third"_s}) {
         previous = inspectorWindows().front().id;

@@ -141,14 +141,17 @@ TEST_F(AtspiClient, IsHeldByAStoppedProgramOnceAndBriefly) {
     fixture.sendSignal(SIGSTOP);
     QElapsedTimer timer;
     timer.start();
-    for (int reading = 0; reading < 20; ++reading) {
-        EXPECT_FALSE(client.attribute(*develop, u"AXTitle"));
-        EXPECT_TRUE(childrenOf(client, *develop).empty());
-        EXPECT_FALSE(client.performAction(*develop, u"AXPress"));
+    for (int reading = 0; reading < 30; ++reading) {
+        // A program that is silent for a moment reads as it was.
+        EXPECT_EQ(titleOf(client, *develop), u"Develop");
+        EXPECT_FALSE(childrenOf(client, *develop).empty());
     }
     const auto held = timer.elapsed();
     std::printf("a stopped program held 60 calls for %lld ms\n", static_cast<long long>(held));
     EXPECT_LT(held, 500);
+    EXPECT_TRUE(waitUntil([&] { return !client.attribute(*develop, u"AXTitle"); }));
+    EXPECT_TRUE(childrenOf(client, *develop).empty());
+    EXPECT_FALSE(client.performAction(*develop, u"AXPress"));
     timer.restart();
     EXPECT_FALSE(menuBarOf(client, fixtureName));
     EXPECT_TRUE(windowsOf(client, fixtureName).empty());
@@ -165,7 +168,7 @@ TEST_F(AtspiClient, ReadsTheOthersWhileOneProgramIsStopped) {
     ASSERT_TRUE(waitUntil([&] { return menuBarOf(client, u"dev.corvanta.OtherFixture"_s).has_value(); }));
     pauseAsTheDriver();
     stopped.sendSignal(SIGSTOP);
-    EXPECT_FALSE(menuBarOf(client, fixtureName));
+    EXPECT_TRUE(waitUntil([&] { return !menuBarOf(client, fixtureName); }));
     EXPECT_TRUE(waitUntil([&] { return menuBarOf(client, u"dev.corvanta.OtherFixture"_s).has_value(); }));
     stopped.sendSignal(SIGCONT);
     awaitMenuBar();
