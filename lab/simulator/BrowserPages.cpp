@@ -79,7 +79,8 @@ BrowserPages::BrowserPages(const DeviceType& type, const Runtime& runtime, std::
     webkit_user_content_manager_add_script(m_content, shims);
     webkit_user_script_unref(shims);
     gtk_stack_set_homogeneous(GTK_STACK(m_stack), FALSE);
-    loadStartPage(runtime);
+    makeStartPage(runtime);
+    warmUp();
 }
 
 BrowserPages::~BrowserPages() {
@@ -100,22 +101,43 @@ GtkWidget* BrowserPages::makeView(WebKitSettings* settings) const {
     return view;
 }
 
-void BrowserPages::loadStartPage(const Runtime& runtime) {
-    // Not inspectable, so it is not among the pages that the browser's developer menu offers.
-    WebKitSettings* settings = makeSettings(m_type, runtime);
-    webkit_settings_set_enable_developer_extras(settings, FALSE);
-    m_startView = makeView(settings);
-    g_object_unref(settings);
-    gtk_container_add(GTK_CONTAINER(m_stack), m_startView);
-    gtk_widget_show_all(m_stack);
-    const auto loaded = +[](WebKitWebView*, WebKitLoadEvent event, gpointer pages) {
-        auto* self = static_cast<BrowserPages*>(pages);
-        if (event == WEBKIT_LOAD_FINISHED && self->m_ready) {
-            std::exchange(self->m_ready, nullptr)();
-        }
+void BrowserPages::makeStartPage(const Runtime& runtime) {
+    // Not a web page: that would be inspectable, and a fresh device has no page to offer in the browser's menu.
+    m_startPage = gtk_box_new(GTK_ORIENTATION_VERTICAL, 8);
+    gtk_style_context_add_class(gtk_widget_get_style_context(m_startPage), "start-page");
+    const auto addLine = [this](const QString& text, const char* style) {
+        GtkWidget* const label = gtk_label_new(text.toUtf8().constData());
+        gtk_label_set_line_wrap(GTK_LABEL(label), TRUE);
+        gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
+        gtk_style_context_add_class(gtk_widget_get_style_context(label), style);
+        gtk_container_add(GTK_CONTAINER(m_startPage), label);
     };
-    g_signal_connect(m_startView, "load-changed", G_CALLBACK(loaded), this);
-    webkit_web_view_load_html(WEBKIT_WEB_VIEW(m_startView), startPage(m_type, runtime).constData(), nullptr);
+    addLine(m_type.name, "start-page-title");
+    addLine(runtime.name, "start-page-text");
+    addLine(QStringLiteral("No page is open."), "start-page-text");
+    gtk_widget_set_valign(m_startPage, GTK_ALIGN_CENTER);
+    gtk_container_add(GTK_CONTAINER(m_stack), m_startPage);
+    gtk_widget_show_all(m_stack);
+}
+
+void BrowserPages::warmUp() {
+    // The first page of a context starts its processes, which belongs to booting; the view is not needed after that.
+    GtkWidget* const view = makeView(m_settings);
+    gtk_container_add(GTK_CONTAINER(m_stack), view);
+    const auto loaded = +[](WebKitWebView* warm, WebKitLoadEvent event, gpointer pages) {
+        auto* self = static_cast<BrowserPages*>(pages);
+        if (event != WEBKIT_LOAD_FINISHED || !self->m_ready) {
+            return;
+        }
+        const auto remove = +[](gpointer finished) -> gboolean {
+            gtk_widget_destroy(GTK_WIDGET(finished));
+            return G_SOURCE_REMOVE;
+        };
+        g_idle_add_full(G_PRIORITY_DEFAULT, remove, g_object_ref(warm), g_object_unref);
+        std::exchange(self->m_ready, nullptr)();
+    };
+    g_signal_connect(view, "load-changed", G_CALLBACK(loaded), this);
+    webkit_web_view_load_plain_text(WEBKIT_WEB_VIEW(view), "");
 }
 
 BrowserPages::Page* BrowserPages::front() const {
@@ -191,7 +213,7 @@ BrowserPages::Page& BrowserPages::add(GtkWidget* view) {
 
 void BrowserPages::show(std::size_t index) {
     m_current = index;
-    gtk_stack_set_visible_child(GTK_STACK(m_stack), m_pages.empty() ? m_startView : m_pages[index]->container);
+    gtk_stack_set_visible_child(GTK_STACK(m_stack), m_pages.empty() ? m_startPage : m_pages[index]->container);
     m_changed();
 }
 

@@ -20,7 +20,7 @@ namespace corvanta::lab {
 /// The device's browser: its pages, one of them in front, each of them inspectable. Of the main thread.
 class BrowserPages {
 public:
-    /// `changed` is called after every change of the accessors below; `ready` once the start page is there.
+    /// `changed` is called after every change of the accessors below; `ready` once the engine has shown that it works.
     BrowserPages(const DeviceType& type, const Runtime& runtime, std::function<void()> changed,
                  std::function<void()> ready);
     BrowserPages(const BrowserPages&) = delete;
@@ -73,7 +73,8 @@ private:
     void showCrash(Page& page);
     void connectView(GtkWidget* view);
     GtkWidget* makeView(WebKitSettings* settings) const;
-    void loadStartPage(const Runtime& runtime);
+    void makeStartPage(const Runtime& runtime);
+    void warmUp();
 
     DeviceType m_type;
     std::function<void()> m_changed;
@@ -83,7 +84,7 @@ private:
     WebKitUserContentManager* m_content = nullptr;
     std::unique_ptr<LocationFeed> m_location;
     GtkWidget* m_stack = nullptr;
-    GtkWidget* m_startView = nullptr;
+    GtkWidget* m_startPage = nullptr;
     std::vector<std::unique_ptr<Page>> m_pages;
     std::size_t m_current = 0;
     QSize m_pageSize;

@@ -28,6 +28,8 @@ constexpr char windowStyle[] = ".browser-bar { background: transparent; color: #
                                ".browser-bar button:disabled { color: #b4b4bb; }"
                                ".browser-bar label { color: #1c1c1e; min-width: 0; min-height: 0; }"
                                ".browser-bar .address { background: #e4e4e9; }"
+                               ".start-page label { color: #636366; margin: 0 12px; }"
+                               ".start-page .start-page-title { color: #1c1c1e; font-size: 20px; font-weight: 600; }"
                                ".crash { background: #ffffff; color: #1c1c1e; padding: 8px; }";
 
 void addStyle() {

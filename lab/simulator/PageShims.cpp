@@ -24,17 +24,4 @@ QByteArray pageShims(const DeviceType& type) {
         .toUtf8();
 }
 
-QByteArray startPage(const DeviceType& type, const Runtime& runtime) {
-    return QString(uR"html(<!doctype html><html lang="en"><meta charset="utf-8"><title>Start Page</title>
-<meta name="viewport" content="width=device-width">
-<style>
-html { height: 100%; background: #f2f2f7; color: #1c1c1e; font: 17px -apple-system, system-ui, sans-serif; }
-body { min-height: 100%; margin: 0; display: flex; flex-direction: column; align-items: center; justify-content: center;
-       text-align: center; }
-h1 { font-size: 24px; margin: 0 24px 8px; } p { margin: 0 24px; color: #636366; }
-</style><h1>%1</h1><p>%2</p><p>No page is open.</p></html>)html"_s)
-        .arg(type.name.toHtmlEscaped(), runtime.name.toHtmlEscaped())
-        .toUtf8();
-}
-
 } // namespace corvanta::lab

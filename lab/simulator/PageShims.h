@@ -10,7 +10,4 @@ namespace corvanta::lab {
 /// The script that tells a page what the engine cannot be set to: pixel ratio, touch points, platform and screen size.
 [[nodiscard]] QByteArray pageShims(const DeviceType& type);
 
-/// The page shown while no other is open.
-[[nodiscard]] QByteArray startPage(const DeviceType& type, const Runtime& runtime);
-
 } // namespace corvanta::lab

@@ -150,8 +150,8 @@ std::optional<Accessible> Accessible::find(const QString& role, const QString& n
     return find([&](const Accessible& object) { return object.name() == name && object.role() == role; });
 }
 
-QStringList Accessible::allTexts(int depth) const {
-    if (!isShowing())
+QStringList Accessible::allTexts(Objects objects, int depth) const {
+    if (objects == Objects::showing && !isShowing())
         return {};
     QStringList texts;
     for (const QString& own : {name(), text()}) {
@@ -160,7 +160,7 @@ QStringList Accessible::allTexts(int depth) const {
     }
     if (depth > 0) {
         for (const Accessible& child : children())
-            texts.append(child.allTexts(depth - 1));
+            texts.append(child.allTexts(objects, depth - 1));
     }
     return texts;
 }

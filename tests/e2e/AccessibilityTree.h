@@ -37,8 +37,9 @@ public:
     [[nodiscard]] std::optional<Accessible> find(const std::function<bool(const Accessible&)>& matches,
                                                  int depth = 30) const;
     [[nodiscard]] std::optional<Accessible> find(const QString& role, const QString& name) const;
-    /// Every name and text that the object shows, those of the objects below it included.
-    [[nodiscard]] QStringList allTexts(int depth = 30) const;
+    /// The names and texts of the object and of those below it; pages do not say which of theirs are showing.
+    enum class Objects { all, showing };
+    [[nodiscard]] QStringList allTexts(Objects objects, int depth = 30) const;
 
 private:
     [[nodiscard]] QVariant property(const QString& interface, const QString& name) const;

@@ -106,7 +106,7 @@ std::optional<Accessible> DrivenCorvanta::window() const {
 
 QStringList DrivenCorvanta::texts() const {
     const auto frame = window();
-    return frame ? frame->allTexts() : QStringList();
+    return frame ? frame->allTexts(Accessible::Objects::showing) : QStringList();
 }
 
 bool DrivenCorvanta::shows(const QString& text) const {
@@ -129,6 +129,13 @@ bool DrivenCorvanta::typeAddress(const QString& address) const {
     const auto frame = window();
     const auto field = frame ? frame->find(u"text"_s, u"Page address"_s) : std::nullopt;
     return field && field->setText(address);
+}
+
+bool DrivenCorvanta::openDeviceList() const {
+    const auto frame = window();
+    const auto list =
+        frame ? frame->find([](const Accessible& object) { return object.role() == u"combo box"; }) : std::nullopt;
+    return list && list->press();
 }
 
 QString runTool(const QString& program, const QStringList& arguments, int* status) {

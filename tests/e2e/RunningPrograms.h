@@ -67,6 +67,7 @@ public:
     [[nodiscard]] bool press(const QString& button) const;
     [[nodiscard]] bool isEnabled(const QString& button) const;
     [[nodiscard]] bool typeAddress(const QString& address) const;
+    [[nodiscard]] bool openDeviceList() const;
 
 private:
     [[nodiscard]] std::optional<Accessible> window() const;

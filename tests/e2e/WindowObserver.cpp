@@ -129,7 +129,8 @@ int WindowObserver::popupsSeen() {
         if ((event->response_type & eventTypeMask) != XCB_MAP_NOTIFY)
             continue;
         const auto* const mapped = reinterpret_cast<const xcb_map_notify_event_t*>(event.get());
-        if (mapped->override_redirect != 0)
+        // The window manager's own frames are unmanaged too, but say nothing about themselves.
+        if (mapped->override_redirect != 0 && !m_connection->property(mapped->window, "WM_CLASS").isEmpty())
             ++m_popups;
     }
     return m_popups;

@@ -73,6 +73,10 @@ run_headless() {
   if ! has_option --screenshot "$@"; then
     options+=(--screenshot "$picture")
   fi
+  # A phone rather than the first device in the order of names, which is a tablet.
+  if ! has_option --device "$@"; then
+    options+=(--device "iPhone 16 Pro")
+  fi
   rm -rf -- "$folder"
   mkdir -p "$folder"
   say "There is no display to show Corvanta on; it runs on a virtual desktop"
