@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shell/CorvantaApp.h"
 
+#include "window/Appearance.h"
+#include "window/Symbols.h"
 #include "window/WorkspaceView.h"
 
 #include <QCoreApplication>
@@ -59,6 +61,7 @@ void CorvantaApp::start() {
     auto* const view = new WorkspaceView(m_coordinator, m_tasks, [this](QWidget* window) { windowChanged(window); });
     m_window = std::make_unique<QMainWindow>();
     m_window->setWindowTitle(u"Corvanta"_s);
+    m_window->setWindowIcon(Symbols::workspace(Appearance::light().accent));
     m_window->setCentralWidget(view);
     m_window->resize(view->sizeHint());
     m_window->show();

@@ -23,7 +23,7 @@ QLineEdit, QComboBox {
     min-height: 20px; selection-background-color: %accent; selection-color: #ffffff;
 }
 QLineEdit:focus, QComboBox:focus { border: 2px solid %accent; padding: 3px 7px; }
-QComboBox::drop-down { border: none; width: 22px; }
+QComboBox::drop-down { border: none; width: 26px; }
 QComboBox QAbstractItemView {
     background: %card; color: %text; border: 1px solid %control; selection-background-color: %accent;
     selection-color: #ffffff; outline: none;

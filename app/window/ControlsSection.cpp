@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "window/ControlsSection.h"
 
+#include "window/Appearance.h"
+#include "window/Symbols.h"
 #include "window/Widgets.h"
 #include "workspace/WorkspaceCoordinator.h"
 
@@ -20,8 +22,8 @@ ControlsSection::ControlsSection(WorkspaceCoordinator& coordinator, TaskScope& t
     , m_coordinator(coordinator)
     , m_tasks(tasks)
     , m_address(new QLineEdit)
-    , m_devices(new QComboBox)
-    , m_refresh(new QPushButton(u"⟳"_s))
+    , m_devices(new Picker)
+    , m_refresh(new QPushButton)
     , m_start(new QPushButton(u"Start Workspace"_s))
     , m_reload(new QPushButton(u"Open / Reload"_s))
     , m_retile(new QPushButton(u"Re-tile"_s))
@@ -43,8 +45,10 @@ ControlsSection::ControlsSection(WorkspaceCoordinator& coordinator, TaskScope& t
     deviceLabel->setBuddy(m_devices);
     m_devices->setAccessibleName(u"Simulator"_s);
     m_devices->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_devices->setMinimumContentsLength(8);
+    m_devices->setMinimumContentsLength(4);
     m_devices->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    const Appearance appearance = Appearance::forPalette(palette());
+    m_refresh->setIcon(Symbols::refresh(appearance.text, appearance.blocked));
     m_refresh->setToolTip(u"Refresh simulator devices"_s);
     m_refresh->setAccessibleName(u"Refresh simulator devices"_s);
     deviceRow->addWidget(deviceLabel);

@@ -139,6 +139,22 @@ void ProgressIndicator::timerEvent(QTimerEvent*) {
     update();
 }
 
+Picker::Picker(QWidget* parent)
+    : QComboBox(parent) {}
+
+void Picker::paintEvent(QPaintEvent* event) {
+    QComboBox::paintEvent(event);
+    const Appearance appearance = Appearance::forPalette(palette());
+    constexpr qreal distanceFromEdge = 14;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(isEnabled() ? appearance.secondaryText : appearance.blocked, 1.5, Qt::SolidLine, Qt::RoundCap,
+                        Qt::RoundJoin));
+    painter.translate(width() - distanceFromEdge, height() / 2.0);
+    painter.drawPolyline(QPolygonF{{-3, -2.5}, {0, -5.5}, {3, -2.5}});
+    painter.drawPolyline(QPolygonF{{-3, 2.5}, {0, 5.5}, {3, 2.5}});
+}
+
 ButtonRows::ButtonRows(std::vector<QPushButton*> buttons, QWidget* parent)
     : QWidget(parent)
     , m_buttons(std::move(buttons))

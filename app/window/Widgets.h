@@ -4,6 +4,7 @@
 #include "setup/SetupCheck.h"
 #include "workspace/WorkspacePhase.h"
 
+#include <QComboBox>
 #include <QFrame>
 #include <QLabel>
 #include <QPushButton>
@@ -72,6 +73,17 @@ protected:
 private:
     int m_timer = 0;
     int m_angle = 0;
+};
+
+/// A picker whose arrows say that it opens a list.
+class Picker final : public QComboBox {
+    Q_OBJECT
+
+public:
+    explicit Picker(QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 };
 
 /// Buttons in one row where they fit and in two rows where they do not, in the same order, all as wide as the card.

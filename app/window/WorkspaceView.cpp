@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "window/WorkspaceView.h"
 
+#include "window/Appearance.h"
 #include "window/ChoiceSection.h"
 #include "window/ControlsSection.h"
 #include "window/SetupSection.h"
 #include "window/StatusSection.h"
+#include "window/Symbols.h"
 #include "window/Widgets.h"
 #include "workspace/WorkspaceCoordinator.h"
 
@@ -67,6 +69,12 @@ QWidget* WorkspaceView::makeTitle() {
     auto* const row = new QHBoxLayout(title);
     row->setContentsMargins(4, 0, 4, 0);
     row->setSpacing(8);
+    constexpr int markSize = 36;
+    auto* const mark = new QLabel;
+    mark->setPixmap(Symbols::workspace(Appearance::forPalette(palette()).accent)
+                        .pixmap(QSize(markSize, markSize), devicePixelRatioF()));
+    row->addWidget(mark, 0, Qt::AlignTop);
+    row->addSpacing(2);
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(2);
     texts->addWidget(makeLabel(TextStyle::title, u"Corvanta"_s));
