@@ -8,7 +8,6 @@
 #include "support/NameOrder.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace corvanta {
@@ -45,12 +44,12 @@ QCoro::Task<void> SafariAXInspector::ensureSafariRunning() {
     throw WorkspaceAutomationError::safariCouldNotLaunch(failure);
 }
 
-std::vector<AccessibilityElement> SafariAXInspector::menuBarItems() {
+std::optional<std::vector<AccessibilityElement>> SafariAXInspector::menuBarItems() {
     const auto application = AXSupport::application(m_client, m_safariBundleIdentifier);
     if (!application)
-        return {};
+        return std::nullopt;
     const auto menuBar = AXSupport::element(m_client, *application, u"AXMenuBar");
-    return menuBar ? AXSupport::children(m_client, *menuBar) : std::vector<AccessibilityElement>{};
+    return menuBar ? std::optional(AXSupport::children(m_client, *menuBar)) : std::nullopt;
 }
 
 bool SafariAXInspector::isDevelopItem(const AccessibilityElement& item) {
@@ -58,7 +57,8 @@ bool SafariAXInspector::isDevelopItem(const AccessibilityElement& item) {
 }
 
 bool SafariAXInspector::developerFeaturesAvailable() {
-    return std::ranges::any_of(menuBarItems(), [this](const auto& item) { return isDevelopItem(item); });
+    const auto items = menuBarItems();
+    return items && std::ranges::any_of(*items, [this](const auto& item) { return isDevelopItem(item); });
 }
 
 QCoro::Task<void> SafariAXInspector::pause(Clock::Duration duration, CancellationToken token) {
@@ -79,16 +79,12 @@ QCoro::Task<SafariAXInspector::DeviceMenu> SafariAXInspector::openDeviceMenu(QSt
         throw CancelledError();
     if (!m_client.isTrusted())
         throw WorkspaceAutomationError::accessibilityPermissionMissing();
-    const auto application = AXSupport::application(m_client, m_safariBundleIdentifier);
-    if (!application)
-        throw WorkspaceAutomationError::developMenuUnavailable();
-    const auto menuBar = AXSupport::element(m_client, *application, u"AXMenuBar");
-    if (!menuBar)
+    const auto items = menuBarItems();
+    if (!items)
         throw WorkspaceAutomationError::developMenuUnavailable();
 
-    const auto items = AXSupport::children(m_client, *menuBar);
-    const auto found = std::ranges::find_if(items, [this](const auto& item) { return isDevelopItem(item); });
-    if (found == items.end())
+    const auto found = std::ranges::find_if(*items, [this](const auto& item) { return isDevelopItem(item); });
+    if (found == items->end())
         throw WorkspaceAutomationError::safariDeveloperFeaturesMissing();
     const AccessibilityElement developItem = *found;
 
@@ -113,17 +109,21 @@ AccessibilityMenuNode SafariAXInspector::readDeviceMenu(const AccessibilityEleme
     return makeNode(deviceItem, {}, m_targetElements);
 }
 
-AccessibilityMenuNode SafariAXInspector::makeNode(const AccessibilityElement& element, const QStringList& path,
+AccessibilityMenuNode SafariAXInspector::makeNode(const AccessibilityElement& element, const std::vector<int>& path,
                                                   ElementMap& elementMap) {
     AccessibilityMenuNode node;
     node.title = AXSupport::label(m_client, element);
-    node.id = path.join(u'.') + u'|' + node.title;
+    node.id = accessibilityMenuNodeID(path, node.title);
     elementMap.insert(node.id, element);
 
     const auto children = AXSupport::children(m_client, element);
     node.children.reserve(children.size());
-    for (std::size_t index = 0; index < children.size(); ++index)
-        node.children.push_back(makeNode(children[index], path + QStringList{QString::number(index)}, elementMap));
+    std::vector<int> childPath = path;
+    childPath.push_back(0);
+    for (const AccessibilityElement& child : children) {
+        node.children.push_back(makeNode(child, childPath, elementMap));
+        ++childPath.back();
+    }
 
     const auto enabled = m_client.attribute(element, u"AXEnabled");
     const auto* const flag = enabled ? std::get_if<bool>(&*enabled) : nullptr;
@@ -191,6 +191,8 @@ void SafariAXInspector::closeWindow(const AccessibilityElement& window) {
 QCoro::Task<void> SafariAXInspector::attach(SafariTarget target, QString deviceName, CancellationToken token) {
     const QSet<std::size_t> existing = co_await pressTarget(target, deviceName, token);
     const auto window = co_await waitForInspectorWindow(existing, token);
+    if (token.isCancelled())
+        throw CancelledError();
     if (!window)
         throw WorkspaceAutomationError::inspectorWindowUnavailable();
     if (m_managedInspectorWindow && m_managedInspectorWindow->hash() != window->hash())

@@ -51,10 +51,11 @@ private:
     /// The pause after a press; closes the menu before it throws CancelledError.
     [[nodiscard]] QCoro::Task<void> pauseInMenu(AccessibilityElement developItem, CancellationToken token);
 
-    [[nodiscard]] std::vector<AccessibilityElement> menuBarItems();
+    /// Nothing when Safari or its menu bar cannot be read.
+    [[nodiscard]] std::optional<std::vector<AccessibilityElement>> menuBarItems();
     [[nodiscard]] bool isDevelopItem(const AccessibilityElement& item);
     [[nodiscard]] AccessibilityMenuNode readDeviceMenu(const AccessibilityElement& deviceItem);
-    [[nodiscard]] AccessibilityMenuNode makeNode(const AccessibilityElement& element, const QStringList& path,
+    [[nodiscard]] AccessibilityMenuNode makeNode(const AccessibilityElement& element, const std::vector<int>& path,
                                                  ElementMap& elementMap);
     [[nodiscard]] std::vector<AccessibilityElement> inspectorWindows();
     [[nodiscard]] QSet<std::size_t> inspectorWindowHashes();

@@ -46,11 +46,8 @@ CorvantaApp::CorvantaApp(std::unique_ptr<Platform> platform, CommandLine command
                      .desktop = m_platform->desktop(),
                      .clock = m_platform->clock()})
     , m_unattendedRun(m_coordinator, m_platform->clock()) {
-    connect(&m_terminationSignals, &TerminationSignals::terminationRequested, this, [this] { quit(0); });
-    connect(qGuiApp, &QGuiApplication::lastWindowClosed, this, [this] { quit(0); });
-    // The view writes a changed selection into the profile, as it does every other choice of the user.
-    connect(&m_coordinator, &WorkspaceCoordinator::selectedDeviceIDChanged, &m_coordinator,
-            &WorkspaceCoordinator::persistProfile);
+    connect(&m_terminationSignals, &TerminationSignals::terminationRequested, this, &CorvantaApp::leaveEarly);
+    connect(qGuiApp, &QGuiApplication::lastWindowClosed, this, &CorvantaApp::leaveEarly);
     if (m_commandLine.start)
         new PhaseReport(m_coordinator, m_platform->clock(), this);
 }
@@ -90,23 +87,30 @@ bool CorvantaApp::selectRequestedDevice() {
 
 QCoro::Task<void> CorvantaApp::firstAppearance() {
     co_await m_coordinator.runSetupChecks();
+    if (m_isLeaving)
+        co_return;
     co_await m_coordinator.refreshDevices();
-    if (!selectRequestedDevice()) {
-        // Another device than the one asked for would be worse than none.
-        if (m_commandLine.screenshot)
-            quit(1);
-    } else if (m_commandLine.screenshot) {
-        const int exitStatus = co_await m_unattendedRun.run(*m_commandLine.screenshot);
-        quit(exitStatus);
-    } else if (m_commandLine.start) {
+    if (m_isLeaving)
+        co_return;
+    // Another device than the one asked for would be worse than none.
+    const bool isDeviceSelected = selectRequestedDevice();
+    if (m_commandLine.screenshot)
+        quit(isDeviceSelected ? co_await m_unattendedRun.run(*m_commandLine.screenshot) : 1);
+    else if (m_commandLine.start && isDeviceSelected)
         co_await m_coordinator.startWorkspace();
-    }
+}
+
+void CorvantaApp::leaveEarly() {
+    // An unattended run that is ended from outside has not done what it was asked for.
+    quit(m_commandLine.screenshot ? 1 : 0);
 }
 
 void CorvantaApp::quit(int exitStatus) {
     if (std::exchange(m_isLeaving, true))
         return;
     m_coordinator.stopWorkspace();
+    // Nothing may be started any more.
+    m_window->hide();
     QTimer::singleShot(leavingLimit, this, [exitStatus] { QCoreApplication::exit(exitStatus); });
     // Not among the tasks that it waits for.
     [[maybe_unused]] const auto detached = leave(exitStatus);

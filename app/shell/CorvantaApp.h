@@ -37,6 +37,7 @@ private:
     [[nodiscard]] QCoro::Task<void> firstAppearance();
     /// False when the command line names a device that is not there.
     [[nodiscard]] bool selectRequestedDevice();
+    void leaveEarly();
     /// Stops the workspace, waits for what is still under way, and ends the event loop.
     void quit(int exitStatus);
     [[nodiscard]] QCoro::Task<void> leave(int exitStatus);

@@ -4,6 +4,7 @@
 #include <QSocketNotifier>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 
 #include <fcntl.h>
@@ -13,12 +14,17 @@ namespace corvanta {
 
 namespace {
 
+/// From the system, the keyboard, and a terminal that is closed.
+constexpr std::array terminationSignals{SIGTERM, SIGINT, SIGHUP};
+
 /// A signal handler may call little more than write(); the other end of this pipe is read by the event loop.
 std::array<int, 2> signalPipe{-1, -1};
 
 void writeToPipe(int) {
+    const int interruptedError = errno;
     const char byte = 1;
     [[maybe_unused]] const auto written = ::write(signalPipe[1], &byte, 1);
+    errno = interruptedError;
 }
 
 } // namespace
@@ -36,13 +42,13 @@ TerminationSignals::TerminationSignals(QObject* parent)
         [[maybe_unused]] const auto count = ::read(signalPipe[0], &byte, 1);
         Q_EMIT terminationRequested();
     });
-    std::signal(SIGTERM, writeToPipe);
-    std::signal(SIGINT, writeToPipe);
+    for (const int signal : terminationSignals)
+        std::signal(signal, writeToPipe);
 }
 
 TerminationSignals::~TerminationSignals() {
-    std::signal(SIGTERM, SIG_DFL);
-    std::signal(SIGINT, SIG_DFL);
+    for (const int signal : terminationSignals)
+        std::signal(signal, SIG_DFL);
     for (int& end : signalPipe) {
         if (end >= 0)
             ::close(end);

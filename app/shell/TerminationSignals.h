@@ -7,7 +7,7 @@ class QSocketNotifier;
 
 namespace corvanta {
 
-/// Turns SIGTERM and SIGINT into a signal on the main thread, so that a killed program still tidies up.
+/// Turns SIGTERM, SIGINT and SIGHUP into a signal on the main thread, so that a killed program still tidies up.
 ///
 /// One instance at a time; the signals get their default effect back when it is destroyed.
 class TerminationSignals final : public QObject {

@@ -63,6 +63,11 @@ void UnattendedRun::printFailure() const {
 }
 
 QCoro::Task<int> UnattendedRun::run(QString screenshot) {
+    // The devices could not be listed.
+    if (m_coordinator.phase() == WorkspacePhase::failed) {
+        printFailure();
+        co_return 1;
+    }
     co_await m_coordinator.startWorkspace();
     if (m_coordinator.phase() != WorkspacePhase::running) {
         printFailure();
@@ -72,13 +77,20 @@ QCoro::Task<int> UnattendedRun::run(QString screenshot) {
         printLine(stderr, u"The screenshot could not be written to "_s + screenshot);
         co_return 1;
     }
+    if (m_coordinator.phase() != WorkspacePhase::running) {
+        printFailure();
+        co_return 1;
+    }
     printLine(stdout, u"Screenshot: "_s + QFileInfo(screenshot).absoluteFilePath());
     m_coordinator.stopWorkspace();
     co_return 0;
 }
 
 QCoro::Task<bool> UnattendedRun::writeScreenshot(QString path) {
-    const auto grab = [] { return QGuiApplication::primaryScreen()->grabWindow(0).toImage(); };
+    const auto grab = [] {
+        QScreen* const screen = QGuiApplication::primaryScreen();
+        return screen ? screen->grabWindow(0).toImage() : QImage();
+    };
     QImage picture = grab();
     int unchanged = 0;
     // The windows have been moved only just now and their programs are still painting them.

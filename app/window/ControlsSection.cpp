@@ -95,7 +95,7 @@ void ControlsSection::showDevices() {
     m_devices->clear();
     for (const SimulatorDevice& device : m_coordinator.devices()) {
         m_devices->addItem(device.displayName(), device.udid);
-        m_devices->setItemData(m_devices->count() - 1, device.displayName(), Qt::ToolTipRole);
+        m_devices->setItemData(m_devices->count() - 1, plainToolTip(device.displayName()), Qt::ToolTipRole);
     }
     if (m_coordinator.devices().empty())
         m_devices->addItem(u"No available simulators"_s);
@@ -106,7 +106,7 @@ void ControlsSection::showSelection() {
     const auto& selected = m_coordinator.selectedDeviceID();
     const int index = selected ? m_devices->findData(*selected) : -1;
     m_devices->setCurrentIndex(index >= 0 || !m_coordinator.devices().empty() ? index : 0);
-    m_devices->setToolTip(m_devices->currentText());
+    m_devices->setToolTip(plainToolTip(m_devices->currentText()));
 }
 
 void ControlsSection::updateButtons() {

@@ -108,7 +108,7 @@ void SetupSection::showChecks() {
         layout->setContentsMargins(0, 2, 0, 2);
         layout->setSpacing(10);
         auto* const mark = new StateMark;
-        mark->show(check.state);
+        mark->setState(check.state);
         mark->setAccessibleName(stateName(check.state));
         layout->addWidget(mark);
 

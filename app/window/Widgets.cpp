@@ -9,6 +9,7 @@
 #include <QTimerEvent>
 #include <QVBoxLayout>
 
+#include <limits>
 #include <utility>
 
 namespace corvanta {
@@ -35,7 +36,7 @@ StateMark::StateMark(QWidget* parent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-void StateMark::show(SetupCheckState state) {
+void StateMark::setState(SetupCheckState state) {
     const Appearance appearance = Appearance::forPalette(palette());
     switch (state) {
     case SetupCheckState::passed:
@@ -54,7 +55,7 @@ void StateMark::show(SetupCheckState state) {
     update();
 }
 
-void StateMark::show(WorkspacePhase phase) {
+void StateMark::setPhase(WorkspacePhase phase) {
     const Appearance appearance = Appearance::forPalette(palette());
     m_shape = phase == WorkspacePhase::failed ? Shape::cross : Shape::dot;
     m_colour = phase == WorkspacePhase::running  ? appearance.passed
@@ -101,7 +102,7 @@ void StateMark::paintEvent(QPaintEvent*) {
 ProgressIndicator::ProgressIndicator(QWidget* parent)
     : QWidget(parent) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setAccessibleName(tr("Working"));
+    setAccessibleName(u"Working"_s);
 }
 
 void ProgressIndicator::setActive(bool isActive) {
@@ -191,8 +192,9 @@ void ButtonRows::resizeEvent(QResizeEvent* event) {
 }
 
 ElidingButton::ElidingButton(const QString& text, QWidget* parent)
-    : QPushButton(text, parent)
+    : QPushButton(parent)
     , m_text(text) {
+    showElided(std::numeric_limits<int>::max());
     setAccessibleName(text);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
@@ -202,11 +204,20 @@ QSize ElidingButton::minimumSizeHint() const {
 }
 
 void ElidingButton::resizeEvent(QResizeEvent* event) {
-    constexpr int horizontalPadding = 24;
-    const QString shown = fontMetrics().elidedText(m_text, Qt::ElideMiddle, event->size().width() - horizontalPadding);
-    setText(shown);
-    setToolTip(shown == m_text ? QString() : m_text);
+    showElided(event->size().width());
     QPushButton::resizeEvent(event);
+}
+
+void ElidingButton::showElided(int width) {
+    constexpr int horizontalPadding = 24;
+    const QString shown = fontMetrics().elidedText(m_text, Qt::ElideMiddle, width - horizontalPadding);
+    // A single ampersand would be taken for a mnemonic.
+    setText(QString(shown).replace(u'&', u"&&"_s));
+    setToolTip(shown == m_text ? QString() : plainToolTip(m_text));
+}
+
+QString plainToolTip(const QString& text) {
+    return u"<span>"_s + text.toHtmlEscaped() + u"</span>"_s;
 }
 
 QLabel* makeLabel(TextStyle style, const QString& text) {

@@ -40,8 +40,8 @@ public:
 
     explicit StateMark(QWidget* parent = nullptr);
 
-    void show(SetupCheckState state);
-    void show(WorkspacePhase phase);
+    void setState(SetupCheckState state);
+    void setPhase(WorkspacePhase phase);
 
     [[nodiscard]] QSize sizeHint() const override;
 
@@ -53,7 +53,7 @@ private:
     QColor m_colour;
 };
 
-/// A turning indicator for work that is under way; takes its space also while it is hidden.
+/// A turning indicator for work that is under way; takes its space also while it is inactive.
 class ProgressIndicator final : public QWidget {
     Q_OBJECT
 
@@ -120,8 +120,13 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void showElided(int width);
+
     QString m_text;
 };
+
+/// The text as a tooltip that shows it letter by letter; tooltips take anything that looks like mark-up for mark-up.
+[[nodiscard]] QString plainToolTip(const QString& text);
 
 enum class TextStyle { title, heading, body, secondary };
 

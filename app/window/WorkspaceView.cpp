@@ -57,6 +57,8 @@ WorkspaceView::WorkspaceView(WorkspaceCoordinator& coordinator, TaskScope& tasks
     outer->addWidget(new StatusSection(coordinator));
 
     connect(&m_coordinator, &WorkspaceCoordinator::phaseChanged, this, &WorkspaceView::showPhase);
+    connect(&m_coordinator, &WorkspaceCoordinator::selectedDeviceIDChanged, &m_coordinator,
+            &WorkspaceCoordinator::persistProfile);
     showPhase();
 }
 
@@ -87,7 +89,7 @@ QWidget* WorkspaceView::makeTitle() {
 }
 
 void WorkspaceView::showPhase() {
-    m_phaseMark->show(m_coordinator.phase());
+    m_phaseMark->setPhase(m_coordinator.phase());
     m_phase->setText(displayName(m_coordinator.phase()));
 }
 

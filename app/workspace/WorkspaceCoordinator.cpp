@@ -27,6 +27,7 @@ WorkspaceCoordinator::WorkspaceCoordinator(const Services& services, QObject* pa
 
 WorkspaceCoordinator::~WorkspaceCoordinator() {
     m_runs->coordinator = nullptr;
+    endRun();
     cancelMonitoring();
 }
 

@@ -20,6 +20,7 @@
 #include <QObject>
 #include <QUuid>
 
+#include <chrono>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -161,10 +162,13 @@ Q_SIGNALS:
     void candidateTargetsChanged();
     void setupChecksChanged();
     void isCheckingSetupChanged();
-    /// One of the four predicates may have changed for a reason that no property shows.
+    /// The control window was replaced or taken away; `canRetile` depends on it.
     void controlWindowChanged();
 
 private:
+    /// Safari needs a moment before its menus can be read.
+    static constexpr auto safariLaunchPause = std::chrono::milliseconds(300);
+
     using ChangeSignal = void (WorkspaceCoordinator::*)();
 
     /// Assigns and publishes, unless the value is the same.
@@ -185,13 +189,15 @@ private:
     void endRun();
     void transition(WorkspacePhase next);
     void fail(const std::exception_ptr& error);
+    void showError(const std::exception_ptr& error);
     [[nodiscard]] QCoro::Task<void> performStart(WorkspaceRun run, SimulatorDevice device);
     [[nodiscard]] QCoro::Task<void> performReload(WorkspaceRun run, SimulatorDevice device);
     [[nodiscard]] QCoro::Task<void> prepareDevice(WorkspaceRun run, SimulatorDevice device);
     /// Normalises the typed address and makes it this run's; throws URLNormalizationError.
     URL adoptAddress();
-    /// What the menu lists before the page is opened; nothing when it cannot be read.
-    [[nodiscard]] QCoro::Task<std::vector<SafariTarget>> targetsBeforeOpening(WorkspaceRun run, QString deviceName);
+    /// The pages that the menu lists now, nothing when it cannot be read. Throws RunSuperseded.
+    [[nodiscard]] QCoro::Task<std::optional<std::vector<SafariTarget>>>
+    readTargets(WorkspaceRun run, QString deviceName, CancellationToken token);
     [[nodiscard]] QCoro::Task<SafariTargetDecision> waitForTarget(WorkspaceRun run, QString deviceName,
                                                                   std::vector<SafariTarget> previous, URL requestedURL);
     [[nodiscard]] QCoro::Task<void> handleTargetDecision(WorkspaceRun run, SafariTargetDecision decision,

@@ -17,7 +17,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto safariLaunchPause = 300ms;
 constexpr auto targetInterval = 250ms;
 constexpr int targetAttempts = 40;
 
@@ -28,12 +27,13 @@ QString hostOrWhole(const URL& url) {
 } // namespace
 
 WorkspaceRun WorkspaceCoordinator::beginRun() {
-    ++m_runs->currentRun;
+    endRun();
     return WorkspaceRun(m_runs);
 }
 
 void WorkspaceCoordinator::endRun() {
     ++m_runs->currentRun;
+    std::exchange(m_runs->cancellation, {}).cancel();
 }
 
 void WorkspaceCoordinator::transition(WorkspacePhase next) {
@@ -48,6 +48,10 @@ void WorkspaceCoordinator::fail(const std::exception_ptr& error) {
         } catch (const WorkspaceTransitionError&) { // The messages below still tell what happened.
         }
     }
+    showError(error);
+}
+
+void WorkspaceCoordinator::showError(const std::exception_ptr& error) {
     const ErrorTexts texts = errorTexts(error);
     showStatus(texts.description);
     showRecovery(texts.recoverySuggestion);
@@ -86,14 +90,12 @@ QCoro::Task<void> WorkspaceCoordinator::performStart(WorkspaceRun run, Simulator
 
     co_await m_services.safari.ensureSafariRunning();
     run.check();
-    co_await m_services.clock.sleepFor(safariLaunchPause);
+    co_await m_services.clock.sleepFor(safariLaunchPause, run.token());
     run.check();
     if (!m_services.safari.developerFeaturesAvailable())
         throw WorkspaceAutomationError::safariDeveloperFeaturesMissing();
 
-    m_profile.selectedDeviceUDID = device.udid;
-    m_profile.pageURL = url.absoluteString();
-    m_profile.lastUsedAt = m_services.clock.wallClockNow();
+    // Before the device boots, so that the choice survives a later failure.
     persistProfile();
 
     co_await prepareDevice(run, device);
@@ -101,15 +103,14 @@ QCoro::Task<void> WorkspaceCoordinator::performStart(WorkspaceRun run, Simulator
 
     transition(WorkspacePhase::openingPage);
     showStatus(u"Opening "_s + hostOrWhole(url) + u" in simulated Safari"_s);
-    const auto previous = co_await targetsBeforeOpening(run, device.name);
-    run.check();
+    // The menu may not list the device at all before its first page is opened.
+    const auto previous = co_await readTargets(run, device.name, run.token());
     co_await m_services.simulator.openURL(device.udid, url);
     run.check();
 
     transition(WorkspacePhase::attachingInspector);
     showStatus(u"Waiting for Safari Web Inspector"_s);
-    const auto decision = co_await waitForTarget(run, device.name, previous, url);
-    run.check();
+    const auto decision = co_await waitForTarget(run, device.name, previous.value_or(std::vector<SafariTarget>{}), url);
     co_await handleTargetDecision(run, decision, device);
 }
 
@@ -141,12 +142,12 @@ QCoro::Task<void> WorkspaceCoordinator::prepareDevice(WorkspaceRun run, Simulato
             &WorkspaceCoordinator::recentsChanged);
 }
 
-QCoro::Task<std::vector<SafariTarget>> WorkspaceCoordinator::targetsBeforeOpening(WorkspaceRun run,
-                                                                                  QString deviceName) {
-    std::vector<SafariTarget> targets;
+QCoro::Task<std::optional<std::vector<SafariTarget>>>
+WorkspaceCoordinator::readTargets(WorkspaceRun run, QString deviceName, CancellationToken token) {
+    std::optional<std::vector<SafariTarget>> targets;
     try {
-        targets = co_await m_services.safari.snapshotTargets(deviceName);
-    } catch (...) { // Before the first page is opened the menu may not list the device at all.
+        targets = co_await m_services.safari.snapshotTargets(deviceName, token);
+    } catch (...) { // Safari may be busy or its menu closed for a moment; who needs the list looks again.
     }
     run.check();
     co_return targets;
@@ -157,21 +158,15 @@ QCoro::Task<SafariTargetDecision> WorkspaceCoordinator::waitForTarget(WorkspaceR
                                                                       URL requestedURL) {
     std::vector<SafariTarget> current;
     for (int attempt = 0; attempt < targetAttempts; ++attempt) {
-        bool wasRead = false;
-        try {
-            current = co_await m_services.safari.snapshotTargets(deviceName);
-            wasRead = true;
-        } catch (...) { // The device may not be listed yet; the next attempt looks again.
-        }
-        run.check();
-        if (wasRead) {
+        if (auto targets = co_await readTargets(run, deviceName, run.token())) {
+            current = *std::move(targets);
             SafariTargetDecision decision = SafariTargetSelector::decide(previous, current, requestedURL);
             if (decision != SafariTargetDecision::none()) {
                 m_knownTargets = current;
                 co_return decision;
             }
         }
-        co_await m_services.clock.sleepFor(targetInterval);
+        co_await m_services.clock.sleepFor(targetInterval, run.token());
         run.check();
     }
     // No page could be told apart from the old ones, so the page is picked from everything listed.
@@ -194,7 +189,7 @@ QCoro::Task<void> WorkspaceCoordinator::handleTargetDecision(WorkspaceRun run, S
 
 QCoro::Task<void> WorkspaceCoordinator::attach(WorkspaceRun run, SafariTarget target, SimulatorDevice device) {
     showStatus(u"Attaching Web Inspector to "_s + target.title);
-    co_await m_services.safari.attach(target, device.name);
+    co_await m_services.safari.attach(target, device.name, run.token());
     run.check();
     const auto controlWindow = m_controlWindow.lock();
     if (!controlWindow)
@@ -242,13 +237,11 @@ QCoro::Task<void> WorkspaceCoordinator::performReload(WorkspaceRun run, Simulato
     persistProfile();
     transition(WorkspacePhase::openingPage);
     showStatus(u"Opening "_s + hostOrWhole(url));
-    const auto previous = co_await targetsBeforeOpening(run, device.name);
-    run.check();
+    const auto previous = co_await readTargets(run, device.name, run.token());
     co_await m_services.simulator.openURL(device.udid, url);
     run.check();
     transition(WorkspacePhase::attachingInspector);
-    const auto decision = co_await waitForTarget(run, device.name, previous, url);
-    run.check();
+    const auto decision = co_await waitForTarget(run, device.name, previous.value_or(std::vector<SafariTarget>{}), url);
     co_await handleTargetDecision(run, decision, device);
 }
 
@@ -263,9 +256,7 @@ void WorkspaceCoordinator::retile() {
         showStatus(u"Workspace re-tiled"_s);
         showRecovery(std::nullopt);
     } catch (...) {
-        const ErrorTexts texts = errorTexts(std::current_exception());
-        showStatus(texts.description);
-        showRecovery(texts.recoverySuggestion);
+        showError(std::current_exception());
     }
 }
 
@@ -273,6 +264,8 @@ void WorkspaceCoordinator::stopWorkspace() {
     endRun();
     cancelMonitoring();
     m_services.arranger.restore();
+    // A choice was pending only as long as the run that offered it.
+    publish(m_candidateTargets, {}, &WorkspaceCoordinator::candidateTargetsChanged);
     if (m_phase != WorkspacePhase::idle)
         transition(WorkspacePhase::idle);
     showStatus(u"Stopped; external apps were left running"_s);

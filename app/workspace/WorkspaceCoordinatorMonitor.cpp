@@ -3,7 +3,6 @@
 #include "workspace/WorkspaceCoordinator.h"
 
 #include "safari/SafariTargetSelector.h"
-#include "support/CancelledError.h"
 
 #include <utility>
 #include <variant>
@@ -54,20 +53,13 @@ QCoro::Task<void> WorkspaceCoordinator::pollTargets(SimulatorDevice device, Canc
 }
 
 QCoro::Task<void> WorkspaceCoordinator::judgePoll(WorkspaceRun run, SimulatorDevice device, CancellationToken token) {
-    std::vector<SafariTarget> current;
-    bool wasRead = false;
-    try {
-        current = co_await m_services.safari.snapshotTargets(device.name, token);
-        wasRead = true;
-    } catch (...) { // Safari may be busy for a moment; the next poll looks again.
-    }
-    run.check();
-    if (!wasRead || token.isCancelled() || m_phase != WorkspacePhase::running)
+    const auto current = co_await readTargets(run, device.name, token);
+    if (!current || token.isCancelled() || m_phase != WorkspacePhase::running)
         co_return;
 
     if (!m_services.safari.managedInspectorIsPresent()) {
         // The user closed the inspector, so the best page among all that are listed is attached again.
-        const auto decision = SafariTargetSelector::decide({}, current, m_activeURL);
+        const auto decision = SafariTargetSelector::decide({}, *current, m_activeURL);
         try {
             transition(WorkspacePhase::attachingInspector);
         } catch (const WorkspaceTransitionError&) {
@@ -77,8 +69,8 @@ QCoro::Task<void> WorkspaceCoordinator::judgePoll(WorkspaceRun run, SimulatorDev
         co_return;
     }
 
-    const auto previous = std::exchange(m_knownTargets, current);
-    const auto decision = SafariTargetSelector::decide(previous, current, m_activeURL);
+    const auto previous = std::exchange(m_knownTargets, *current);
+    const auto decision = SafariTargetSelector::decide(previous, *current, m_activeURL);
     if (const auto* const attaching = std::get_if<SafariTargetDecision::Attach>(&decision.value())) {
         transition(WorkspacePhase::attachingInspector);
         co_await attach(run, attaching->target, device);

@@ -5,7 +5,7 @@
 #include "setup/AccessibilityPermission.h"
 #include "setup/SetupCheckEvaluator.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace corvanta {
 
@@ -14,7 +14,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto safariLaunchPause = 300ms;
 constexpr auto recoveryActionPause = 500ms;
 constexpr auto softwareUpdatePane = u"x-apple.systempreferences:com.apple.Software-Update-Settings.extension";
 constexpr auto xcodeStorePage = u"macappstore://apps.apple.com/app/xcode/id497799835";

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/Cancellation.h"
+
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -22,12 +24,18 @@ public:
     struct Owner {
         WorkspaceCoordinator* coordinator = nullptr;
         std::uint64_t currentRun = 0;
+        /// Cancelled when the current run is superseded.
+        CancellationSource cancellation;
     };
 
     /// The run that is current now.
     explicit WorkspaceRun(std::shared_ptr<const Owner> owner)
         : m_owner(std::move(owner))
-        , m_number(m_owner->currentRun) {}
+        , m_number(m_owner->currentRun)
+        , m_token(m_owner->cancellation.token()) {}
+
+    /// Cancelled as soon as the run is superseded, so that what works for it ends early.
+    [[nodiscard]] const CancellationToken& token() const { return m_token; }
 
     [[nodiscard]] bool isCurrent() const { return m_owner->coordinator != nullptr && m_owner->currentRun == m_number; }
 
@@ -40,6 +48,7 @@ public:
 private:
     std::shared_ptr<const Owner> m_owner;
     std::uint64_t m_number;
+    CancellationToken m_token;
 };
 
 } // namespace corvanta

@@ -11,7 +11,7 @@ namespace corvanta {
 
 /// A program and its arguments, not yet started.
 struct ProcessCommand {
-    /// Absolute path of the program; the platform's file URL in every other respect.
+    /// The path of the program's file URL, absolute.
     QString executablePath;
     /// Argument vector without the program's name; never seen by a shell.
     QStringList arguments;
@@ -26,7 +26,7 @@ struct ProcessCommand {
 struct ProcessResult {
     /// The exit status; the signal's number when a signal ended the child.
     std::int32_t terminationStatus = 0;
-    /// Named without a prefix everywhere else, but `stdout` is a macro of the C library.
+    /// The child's two streams; not called `stdout` and `stderr`, which <cstdio> defines as macros.
     QByteArray standardOutput;
     QByteArray standardError;
 

@@ -5,6 +5,8 @@
 #include "support/NameOrder.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <numeric>
 #include <utility>
 
 namespace corvanta::SimulatorDeviceParser {
@@ -38,6 +40,23 @@ bool comesBefore(const SimulatorDevice& left, const SimulatorDevice& right) {
     return left.runtimeIdentifier > right.runtimeIdentifier;
 }
 
+/// Stable by the position in the document. (The library's own stable sort allocates by a function that C++17
+/// deprecated, which is a warning here; seen in libstdc++ 12.)
+std::vector<SimulatorDevice> inDisplayOrder(std::vector<SimulatorDevice> devices) {
+    std::vector<std::size_t> positions(devices.size());
+    std::iota(positions.begin(), positions.end(), std::size_t{0});
+    std::ranges::sort(positions, [&](std::size_t left, std::size_t right) {
+        if (comesBefore(devices[left], devices[right]))
+            return true;
+        return !comesBefore(devices[right], devices[left]) && left < right;
+    });
+    std::vector<SimulatorDevice> ordered;
+    ordered.reserve(devices.size());
+    for (const std::size_t position : positions)
+        ordered.push_back(std::move(devices[position]));
+    return ordered;
+}
+
 } // namespace
 
 std::vector<SimulatorDevice> availableIOSDevices(const QByteArray& output) {
@@ -46,12 +65,11 @@ std::vector<SimulatorDevice> availableIOSDevices(const QByteArray& output) {
         const bool isIOS = runtime.contains("CoreSimulator.SimRuntime.iOS"_L1);
         for (const JsonDecoder& record : records.elements()) {
             SimulatorDevice device = decodeRecord(record, runtime);
-            // Behind its equals, which keeps the order of the document among them.
             if (isIOS && device.isAvailable)
-                devices.insert(std::ranges::upper_bound(devices, device, comesBefore), std::move(device));
+                devices.push_back(std::move(device));
         }
     }
-    return devices;
+    return inDisplayOrder(std::move(devices));
 }
 
 } // namespace corvanta::SimulatorDeviceParser

@@ -27,7 +27,7 @@ public:
     [[nodiscard]] bool await_ready() const noexcept { return false; }
 
     void await_suspend(std::coroutine_handle<> handle) {
-        m_connection = QObject::connect(&m_timer, &QTimer::timeout, [handle] { handle.resume(); });
+        QObject::connect(&m_timer, &QTimer::timeout, [handle] { handle.resume(); });
         m_timer.start();
     }
 
@@ -35,7 +35,6 @@ public:
 
 private:
     QTimer m_timer;
-    QMetaObject::Connection m_connection;
     CancellationToken::Registration m_registration;
     SleepResult m_result = SleepResult::elapsed;
 };

@@ -4,6 +4,7 @@
 #include <coroutine>
 #include <deque>
 #include <memory>
+#include <utility>
 
 namespace corvanta {
 

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <variant>
 #include <vector>
 
