@@ -21,7 +21,7 @@ public:
 
     static constexpr std::chrono::milliseconds quietTime{50};
     static constexpr std::chrono::milliseconds longestWait{200};
-    static constexpr std::chrono::milliseconds addressWait{1000};
+    static constexpr std::chrono::milliseconds addressWait{5000};
 
     /// What the device says now.
     void update(InspectableTargets targets, TimePoint now);

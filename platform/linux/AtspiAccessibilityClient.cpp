@@ -101,7 +101,10 @@ AtspiAccessibilityClient::AtspiAccessibilityClient(X11Windows& windows, std::fun
 AtspiAccessibilityClient::~AtspiAccessibilityClient() = default;
 
 bool AtspiAccessibilityClient::isTrusted() {
-    return m_bus.isEnabled() && connect() && m_applications.answers();
+    if (!m_bus.isEnabled() || !connect() || !m_applications.answers())
+        return false;
+    refreshKeptReady();
+    return true;
 }
 
 bool AtspiAccessibilityClient::requestTrust() {
@@ -110,7 +113,10 @@ bool AtspiAccessibilityClient::requestTrust() {
 }
 
 std::optional<AccessibilityElement> AtspiAccessibilityClient::application(const QString& bundleIdentifier) {
-    if (!connect() || m_applications.named(bundleIdentifier).isEmpty())
+    if (!connect())
+        return std::nullopt;
+    refreshKeptReady();
+    if (m_applications.named(bundleIdentifier).isEmpty())
         return std::nullopt;
     return Node::element(Node::Kind::application, {bundleIdentifier, {}});
 }
@@ -192,11 +198,20 @@ bool AtspiAccessibilityClient::hasMenuBar(const QString& bundleIdentifier) {
     return connect() && menuBarOf(bundleIdentifier).has_value();
 }
 
-void AtspiAccessibilityClient::prepare(const QString& bundleIdentifier) {
-    if (!connect())
+void AtspiAccessibilityClient::keepReady(const QString& bundleIdentifier) {
+    m_keptReady.append(bundleIdentifier);
+}
+
+void AtspiAccessibilityClient::refreshKeptReady() {
+    if (!m_keptReadyAge.hasExpired(AtspiMirror::lifetime.count()))
         return;
-    for (const AtspiReference& root : m_applications.named(bundleIdentifier))
-        mirror(root.bus).refresh();
+    m_keptReadyAge.start();
+    for (const QString& bundleIdentifier : std::as_const(m_keptReady)) {
+        for (const AtspiReference& root : m_applications.named(bundleIdentifier)) {
+            if (AtspiMirror& known = mirror(root.bus); !known.isFresh())
+                known.refresh();
+        }
+    }
 }
 
 bool AtspiAccessibilityClient::connect() {

@@ -7,7 +7,9 @@
 #include "AtspiMirror.h"
 #include "X11Windows.h"
 
+#include <QElapsedTimer>
 #include <QObject>
+#include <QStringList>
 
 #include <functional>
 #include <map>
@@ -39,14 +41,16 @@ public:
     /// Whether the application shows a menu bar on the bus; answered without the person's permission as well.
     [[nodiscard]] bool hasMenuBar(const QString& bundleIdentifier);
 
-    /// Begins to read the application, which is about to be looked at.
-    void prepare(const QString& bundleIdentifier);
+    /// Keeps what is known of the application recent whenever any application is looked at, so that a first look at it
+    /// finds something even when it is busy.
+    void keepReady(const QString& bundleIdentifier);
 
 private:
     class Node;
     using Value = std::optional<AccessibilityValue>;
 
     bool connect();
+    void refreshKeptReady();
     AtspiMirror& mirror(const QString& process);
     void await(const std::vector<AtspiMirror*>& mirrors);
     const AtspiItem* item(const AtspiReference& reference);
@@ -64,6 +68,8 @@ private:
     X11Windows& m_windows;
     std::function<Point()> m_primaryOrigin;
     HangAllowance m_allowance{std::chrono::milliseconds(80)};
+    QStringList m_keptReady;
+    QElapsedTimer m_keptReadyAge;
     HangAllowance m_pageAllowance{std::chrono::milliseconds(20)};
     AtspiBus m_bus;
     AtspiApplications m_applications;

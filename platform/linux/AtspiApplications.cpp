@@ -45,7 +45,7 @@ QList<AtspiReference> AtspiApplications::namedLike(const QString& process) {
 
 bool AtspiApplications::answers() {
     update();
-    return m_age.isValid() && !m_rootsCall;
+    return m_hasAnswered && !(m_rootsCall && m_rootsCall->isOverdue());
 }
 
 std::optional<std::uint32_t> AtspiApplications::processId(const QString& process) {
@@ -63,6 +63,7 @@ void AtspiApplications::clear() {
     m_applications.clear();
     m_rootsCall.reset();
     m_age.invalidate();
+    m_hasAnswered = false;
 }
 
 void AtspiApplications::update() {
@@ -73,11 +74,13 @@ void AtspiApplications::update() {
                                        u"org.a11y.atspi.Accessible"_s, u"GetChildren"_s));
     }
     if (!m_allowance.wait(*m_rootsCall)) {
-        m_applications.clear();
+        if (m_rootsCall->isOverdue())
+            m_applications.clear();
         return;
     }
     const std::optional<QList<AtspiReference>> roots = parseReferences(m_rootsCall->pending.reply());
     m_rootsCall.reset();
+    m_hasAnswered = roots.has_value();
     if (!roots) {
         m_applications.clear();
         m_age.invalidate();

@@ -55,6 +55,7 @@ private:
     std::vector<Application> m_applications;
     std::optional<HangAllowance::Call> m_rootsCall;
     QElapsedTimer m_age;
+    bool m_hasAnswered = false;
 };
 
 } // namespace corvanta

@@ -87,7 +87,7 @@ bool AtspiBus::isEnabled() {
         m_enabledCall.emplace(QDBusConnection::sessionBus().asyncCall(message, noTimeLimit));
     }
     if (!m_allowance.wait(*m_enabledCall))
-        return false;
+        return m_isEnabled && !m_enabledCall->isOverdue();
     const QDBusPendingReply<QDBusVariant> reply = m_enabledCall->pending;
     m_isEnabled = reply.isValid() && reply.value().variant().toBool();
     m_enabledCall.reset();

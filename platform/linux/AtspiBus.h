@@ -14,6 +14,9 @@
 
 namespace corvanta {
 
+/// How long a program may be silent before it counts as one that hangs; until then what it said last stands.
+constexpr std::chrono::milliseconds silenceOfABusyProgram{2000};
+
 /// How long programs that do not answer may hold the main thread in one turn of its event loop, all of them together.
 class HangAllowance {
 public:
@@ -28,6 +31,12 @@ public:
     struct Call {
         QDBusPendingCall pending;
         bool isLate = false;
+        std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
+
+        /// Whether the answer has been missing for longer than a busy program needs.
+        [[nodiscard]] bool isOverdue() const {
+            return !pending.isFinished() && std::chrono::steady_clock::now() - begin > silenceOfABusyProgram;
+        }
     };
 
     bool wait(Call& call);

@@ -22,10 +22,8 @@ AtspiMirror::AtspiMirror(const AtspiBus& bus, QString process, Extent extent)
 void AtspiMirror::refresh() {
     if (m_extent != Extent::everything)
         return;
-    if (!m_fetch) {
-        m_fetch = AtspiFetch::everything(m_bus, m_process);
-        m_isAddition = false;
-    }
+    if (!m_fetch)
+        begin(AtspiFetch::everything(m_bus, m_process), false);
     m_fetch->watch([this] { settle(); });
 }
 
@@ -35,8 +33,7 @@ void AtspiMirror::request(const QString& path) {
     const bool fresh = isFresh();
     if (m_extent == Extent::everything) {
         if (!fresh)
-            m_fetch = AtspiFetch::everything(m_bus, m_process);
-        m_isAddition = false;
+            begin(AtspiFetch::everything(m_bus, m_process), false);
         return;
     }
     const AtspiItem* const known = m_tree.item(path);
@@ -45,8 +42,13 @@ void AtspiMirror::request(const QString& path) {
     const qsizetype allowed = objectsOnDemand - (fresh ? m_tree.size() : 0);
     if (allowed <= 0)
         return;
-    m_fetch = AtspiFetch::below(m_bus, {m_process, path}, {levelsOnDemand, allowed});
-    m_isAddition = fresh;
+    begin(AtspiFetch::below(m_bus, {m_process, path}, {levelsOnDemand, allowed}), fresh);
+}
+
+void AtspiMirror::begin(std::unique_ptr<AtspiFetch> fetch, bool isAddition) {
+    m_fetch = std::move(fetch);
+    m_isAddition = isAddition;
+    m_silence.start();
 }
 
 bool AtspiMirror::settle() {
@@ -57,7 +59,6 @@ bool AtspiMirror::settle() {
     AtspiTree tree = m_fetch->takeTree();
     m_fetch.reset();
     m_isGivenUp = false;
-    m_silence.start();
     if (m_isAddition) {
         m_tree.merge(std::move(tree));
     } else {
@@ -82,7 +83,8 @@ void AtspiMirror::giveUp() {
 }
 
 const AtspiItem* AtspiMirror::item(const QString& path) const {
-    return m_silence.hasExpired(patience.count()) ? nullptr : m_tree.item(path);
+    const bool isSilent = m_fetch && m_silence.hasExpired(patience.count());
+    return isSilent ? nullptr : m_tree.item(path);
 }
 
 } // namespace corvanta

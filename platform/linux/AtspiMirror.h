@@ -22,8 +22,8 @@ public:
     /// How old objects may be when they are read.
     static constexpr std::chrono::milliseconds lifetime{100};
 
-    /// How long objects outlive that while their process is silent.
-    static constexpr std::chrono::milliseconds patience{2000};
+    /// How long they are read as they were while their process is asked and silent.
+    static constexpr std::chrono::milliseconds patience = silenceOfABusyProgram;
 
     enum class Extent {
         everything, ///< A program of the desktop: all of it in one go.
@@ -60,6 +60,8 @@ public:
     [[nodiscard]] const AtspiTree& tree() const { return m_tree; }
 
 private:
+    void begin(std::unique_ptr<AtspiFetch> fetch, bool isAddition);
+
     const AtspiBus& m_bus;
     QString m_process;
     Extent m_extent;

@@ -72,22 +72,21 @@ QString ApplicationLaunchError::errorDescription() const {
 }
 
 LinuxDesktop::LinuxDesktop(X11Windows& windows, const X11Screens& screens, Clock& clock, LabFolder lab,
-                           ApplicationState state)
+                           std::function<bool(const QString&)> isReady)
     : m_windows(windows)
     , m_screens(screens)
     , m_clock(clock)
     , m_lab(std::move(lab))
-    , m_state(std::move(state)) {}
+    , m_isReady(std::move(isReady)) {}
 
 bool LinuxDesktop::isRunning(const QString& bundleIdentifier) const {
     QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                                            u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
     question << bundleIdentifier;
     const QDBusMessage reply = QDBusConnection::sessionBus().call(question, QDBus::Block, busTimeLimit);
-    const bool runs = reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
-    if (runs)
-        m_state.prepare(bundleIdentifier);
-    return runs;
+    if (reply.type() == QDBusMessage::ReplyMessage)
+        m_running.insert(bundleIdentifier, reply.arguments().value(0).toBool());
+    return m_running.value(bundleIdentifier);
 }
 
 void LinuxDesktop::activate(const QString& bundleIdentifier) {
@@ -129,7 +128,7 @@ QCoro::Task<void> LinuxDesktop::openApplication(QString path) {
     const Clock::TimePoint end = m_clock.now() + launchLimit;
     const auto isUp = [&] {
         return isRunning(application->bundleIdentifier) &&
-               (application != &safari || m_state.isReady(application->bundleIdentifier));
+               (application != &safari || m_isReady(application->bundleIdentifier));
     };
     while (!isUp()) {
         if (m_clock.now() >= end)

@@ -8,6 +8,8 @@
 #include "support/Clock.h"
 #include "support/LocalizedError.h"
 
+#include <QHash>
+
 #include <functional>
 
 namespace corvanta {
@@ -34,15 +36,9 @@ private:
 /// session bus while they run.
 class LinuxDesktop final : public Desktop {
 public:
-    /// What the accessibility interface knows of applications, by their bundle identifiers.
-    struct ApplicationState {
-        /// Whether the application shows its menu bar.
-        std::function<bool(const QString&)> isReady;
-        /// Told of an application that runs and is about to be looked at.
-        std::function<void(const QString&)> prepare = [](const QString&) {};
-    };
-
-    LinuxDesktop(X11Windows& windows, const X11Screens& screens, Clock& clock, LabFolder lab, ApplicationState state);
+    /// `isReady` says whether the application with a bundle identifier shows its menu bar.
+    LinuxDesktop(X11Windows& windows, const X11Screens& screens, Clock& clock, LabFolder lab,
+                 std::function<bool(const QString&)> isReady);
 
     [[nodiscard]] bool isRunning(const QString& bundleIdentifier) const override;
     void activate(const QString& bundleIdentifier) override;
@@ -59,7 +55,9 @@ private:
     const X11Screens& m_screens;
     Clock& m_clock;
     LabFolder m_lab;
-    ApplicationState m_state;
+    std::function<bool(const QString&)> m_isReady;
+    /// What the bus said last; it stands when the bus is slow.
+    mutable QHash<QString, bool> m_running;
 };
 
 } // namespace corvanta

@@ -16,6 +16,11 @@ namespace {
 
 class LinuxPlatform final : public Platform {
 public:
+    LinuxPlatform() {
+        for (const auto* const bundleIdentifier : {"com.apple.Safari", "com.apple.iphonesimulator"})
+            m_accessibility.keepReady(QLatin1StringView(bundleIdentifier));
+    }
+
     [[nodiscard]] AccessibilityClient& accessibility() override { return m_accessibility; }
 
     [[nodiscard]] Desktop& desktop() override { return m_desktop; }
@@ -39,13 +44,8 @@ private:
     X11Windows m_windows;
     X11Screens m_screens{m_windows};
     AtspiAccessibilityClient m_accessibility{m_windows, [this] { return m_screens.primaryOrigin(); }};
-    LinuxDesktop m_desktop{
-        m_windows,
-        m_screens,
-        m_clock,
-        m_lab,
-        {.isReady = [this](const QString& identifier) { return m_accessibility.hasMenuBar(identifier); },
-         .prepare = [this](const QString& identifier) { m_accessibility.prepare(identifier); }}};
+    LinuxDesktop m_desktop{m_windows, m_screens, m_clock, m_lab,
+                           [this](const QString& identifier) { return m_accessibility.hasMenuBar(identifier); }};
 };
 
 } // namespace

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "RunningPrograms.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QJsonDocument>
@@ -67,11 +70,6 @@ std::optional<QJsonObject> SampleSite::report(const std::function<bool(const QJs
     return std::nullopt;
 }
 
-std::size_t SampleSite::reportCount() {
-    read();
-    return m_reports.size();
-}
-
 DrivenCorvanta::~DrivenCorvanta() {
     if (m_process.state() != QProcess::NotRunning && !quit()) {
         m_process.kill();
@@ -92,8 +90,9 @@ std::optional<int> DrivenCorvanta::quit() {
     return m_process.exitCode();
 }
 
-QByteArray DrivenCorvanta::output() {
-    return m_process.readAllStandardOutput();
+const QByteArray& DrivenCorvanta::output() {
+    m_output += m_process.readAllStandardOutput();
+    return m_output;
 }
 
 std::optional<Accessible> DrivenCorvanta::window() const {
@@ -136,6 +135,11 @@ bool DrivenCorvanta::openDeviceList() const {
     const auto list =
         frame ? frame->find([](const Accessible& object) { return object.role() == u"combo box"; }) : std::nullopt;
     return list && list->press();
+}
+
+int sessionProcess(const QString& name) {
+    const QDBusReply<uint> reply = QDBusConnection::sessionBus().interface()->servicePid(name);
+    return reply.isValid() ? static_cast<int>(reply.value()) : 0;
 }
 
 QString runTool(const QString& program, const QStringList& arguments, int* status) {

@@ -34,8 +34,6 @@ public:
     /// The last report of a page for which the condition holds.
     [[nodiscard]] std::optional<QJsonObject> report(const std::function<bool(const QJsonObject&)>& matches);
 
-    [[nodiscard]] std::size_t reportCount();
-
 private:
     void read();
 
@@ -59,7 +57,8 @@ public:
 
     [[nodiscard]] int processID() const { return static_cast<int>(m_process.processId()); }
 
-    [[nodiscard]] QByteArray output();
+    /// Everything that it has printed so far.
+    [[nodiscard]] const QByteArray& output();
 
     /// Every text that its window shows.
     [[nodiscard]] QStringList texts() const;
@@ -73,7 +72,11 @@ private:
     [[nodiscard]] std::optional<Accessible> window() const;
 
     QProcess m_process;
+    QByteArray m_output;
 };
+
+/// The process that owns a name on the session bus, 0 when nobody does.
+[[nodiscard]] int sessionProcess(const QString& name);
 
 /// Runs a program of the lab to its end and returns its standard output; its status in `status`.
 QString runTool(const QString& program, const QStringList& arguments, int* status = nullptr);

@@ -101,14 +101,20 @@ QRect WindowObserver::workArea() const {
     return {static_cast<int>(area[0]), static_cast<int>(area[1]), static_cast<int>(area[2]), static_cast<int>(area[3])};
 }
 
-void WindowObserver::close(std::uint32_t window) const {
+void WindowObserver::place(std::uint32_t window, const QRect& frame) const {
+    const QRect client = frame.marginsRemoved(m_connection->margins(window, "_NET_FRAME_EXTENTS"));
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;
     event.window = window;
-    event.type = m_connection->atom("_NET_CLOSE_WINDOW");
-    constexpr std::uint32_t fromPager = 2;
-    event.data.data32[1] = fromPager;
+    event.type = m_connection->atom("_NET_MOVERESIZE_WINDOW");
+    // Static gravity, all four values given, asked by a pager on a person's behalf.
+    constexpr std::uint32_t flags = 10U | (0xfU << 8U) | (2U << 12U);
+    event.data.data32[0] = flags;
+    event.data.data32[1] = static_cast<std::uint32_t>(client.x());
+    event.data.data32[2] = static_cast<std::uint32_t>(client.y());
+    event.data.data32[3] = static_cast<std::uint32_t>(client.width());
+    event.data.data32[4] = static_cast<std::uint32_t>(client.height());
     xcb_send_event(m_connection->connection, 0, m_connection->screen->root,
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&event));

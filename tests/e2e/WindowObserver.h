@@ -37,8 +37,8 @@ public:
     /// The part of the screen that windows may cover.
     [[nodiscard]] QRect workArea() const;
 
-    /// Asks the window manager to close the window, as its close button does.
-    void close(std::uint32_t window) const;
+    /// Asks the window manager to give the window this frame, as a person does who drags it there.
+    void place(std::uint32_t window, const QRect& frame) const;
 
     /// Begins to watch for windows that appear without the window manager: menus, tooltips, drop-down lists.
     void watchPopups();

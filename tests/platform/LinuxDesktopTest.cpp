@@ -42,10 +42,8 @@ protected:
     X11Screens screens{windows};
     SystemClock clock;
     AtspiAccessibilityClient client{windows, [this] { return screens.primaryOrigin(); }};
-    LinuxDesktop desktop{
-        windows, screens, clock, LabFolder(folder.path(), folder.path()), {.isReady = [this](const QString& name) {
-            return client.hasMenuBar(name);
-        }}};
+    LinuxDesktop desktop{windows, screens, clock, LabFolder(folder.path(), folder.path()),
+                         [this](const QString& name) { return client.hasMenuBar(name); }};
 };
 
 TEST_F(LinuxDesktopTest, OpensTheBrowserAndWaitsForItsMenuBar) {
