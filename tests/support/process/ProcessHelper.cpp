@@ -10,15 +10,14 @@
 //   cat                         copies standard input to standard output
 //   last-words                  writes "out" and "err" and ends by SIGKILL
 //   stubborn FILE [LAST]        ignores SIGTERM and runs until FILE exists, then makes LAST
-//   leave-child FILE            writes "out" and "err", leaves a child that keeps both streams, and exits with 3; the
-//                               child ends once nobody reads them, or after ten seconds, and says which in FILE
+//   leave-child FILE LAST       writes "out" and "err", leaves a child that keeps both streams, and exits with 3; the
+//                               child ends once FILE exists, or after ten seconds, and says in LAST which it was
 #include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <poll.h>
 #include <string>
 #include <string_view>
 #include <unistd.h>
@@ -59,13 +58,14 @@ void leaveFile(const std::string& path, std::string_view text) {
     ::close(file);
 }
 
-void leaveChild(const std::string& path) {
+void leaveChild(const std::string& path, const std::string& last) {
     if (::fork() != 0)
         return;
-    constexpr int limit = 10'000;
-    pollfd output{STDOUT_FILENO, 0, 0};
-    const bool isUnread = ::poll(&output, 1, limit) == 1;
-    leaveFile(path, isUnread ? "nobody reads" : "too late");
+    constexpr int turns = 2000;
+    int turn = 0;
+    for (; turn < turns && ::access(path.c_str(), F_OK) != 0; ++turn)
+        ::usleep(5000);
+    leaveFile(last, turn < turns ? "released" : "too late");
     std::_Exit(0);
 }
 
@@ -112,7 +112,7 @@ int main(int argc, char** argv) {
     } else if (part == "leave-child") {
         writeAll(STDOUT_FILENO, "out");
         writeAll(STDERR_FILENO, "err");
-        leaveChild(arguments[1]);
+        leaveChild(arguments[1], arguments[2]);
         return 3;
     }
     return 0;
