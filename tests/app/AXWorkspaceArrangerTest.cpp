@@ -87,11 +87,24 @@ TEST_F(AXWorkspaceArrangerTest, PutsTheThreeWindowsIntoTheirColumnsEightPointsAp
     EXPECT_EQ(frameOf(inspector), inspectorColumn);
 }
 
-TEST_F(AXWorkspaceArrangerTest, MovesTheSimulatorBeforeTheInspectorAndEachBeforeItIsResized) {
+TEST_F(AXWorkspaceArrangerTest, MovesTheControlWindowFirstThenTheSimulatorThenTheInspector) {
+    addSimulatorWindow(u"iPhone 16"_s);
+    controlWindow->log = &tree.log;
+    tile();
+    EXPECT_THAT(tree.log.calls(),
+                ElementsAre("setFrame 0,25 356,875", "AXPosition 364,25 iPhone 16", "AXSize 427,875 iPhone 16",
+                            "AXPosition 799,25 Web Inspector", "AXSize 641,875 Web Inspector"));
+}
+
+TEST_F(AXWorkspaceArrangerTest, PutsTheControlWindowBackFirst) {
     addSimulatorWindow(u"iPhone 16"_s);
     tile();
-    EXPECT_THAT(tree.log.calls(), ElementsAre("AXPosition 364,25 iPhone 16", "AXSize 427,875 iPhone 16",
-                                              "AXPosition 799,25 Web Inspector", "AXSize 641,875 Web Inspector"));
+    controlWindow->log = &tree.log;
+    tree.log.clear();
+    arranger.restore();
+    EXPECT_THAT(tree.log.calls(),
+                ElementsAre("setFrame 10,20 430,860", "AXPosition 300,50 iPhone 16", "AXSize 400,800 iPhone 16",
+                            "AXPosition 700,100 Web Inspector", "AXSize 600,500 Web Inspector"));
 }
 
 TEST_F(AXWorkspaceArrangerTest, RefusesWithoutThePermissionBeforeAnythingElse) {

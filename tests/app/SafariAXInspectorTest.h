@@ -4,6 +4,7 @@
 #include "FakeAccessibilityTree.h"
 #include "FakeDesktop.h"
 #include "Printing.h"
+#include "SafariTargetPrinting.h"
 #include "TaskWaiting.h"
 #include "safari/SafariAXInspector.h"
 #include "safari/WorkspaceAutomationError.h"
@@ -13,10 +14,6 @@
 #include <gtest/gtest.h>
 
 namespace corvanta {
-
-inline void PrintTo(const SafariTarget& target, std::ostream* stream) {
-    *stream << target.id.toStdString();
-}
 
 /// A Safari with a menu bar, a Develop menu, and one device in it.
 class SafariAXInspectorTest : public ::testing::Test {

@@ -79,8 +79,8 @@ TEST_F(WorkspaceCoordinatorReloadTest, FailsOnAnAddressThatIsNone) {
     forget();
     const auto saved = storedProfile();
     const auto task = reload();
-    EXPECT_EQ(coordinator->phase(), WorkspacePhase::failed);
-    EXPECT_EQ(published("status").size(), 1U);
+    EXPECT_THAT(journal, ElementsAre("phase failed", "status The ftp URL scheme is not supported.",
+                                     "recovery Use an HTTP or HTTPS address, for example http://localhost:3000."));
     EXPECT_EQ(storedProfile(), saved);
     EXPECT_THAT(log.calls(), IsEmpty());
 }

@@ -12,6 +12,7 @@
 #include "FakeSimulator.h"
 #include "MemoryPreferencesStore.h"
 #include "Printing.h"
+#include "SafariTargetPrinting.h"
 #include "TaskWaiting.h"
 #include "VirtualClock.h"
 #include "workspace/WorkspaceCoordinator.h"
@@ -27,10 +28,6 @@ namespace corvanta {
 
 inline void PrintTo(WorkspacePhase phase, std::ostream* stream) {
     *stream << rawValue(phase).toStdString();
-}
-
-inline void PrintTo(const SafariTarget& target, std::ostream* stream) {
-    *stream << target.id.toStdString();
 }
 
 inline void PrintTo(const SimulatorDevice& device, std::ostream* stream) {

@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 
 #include <array>
+#include <clocale>
 #include <cstdio>
 #include <limits>
 #include <random>
@@ -92,6 +93,36 @@ TEST(CoordinateFormatter, UsesAPointUnderALocaleWithADecimalComma) {
     QLocale::setDefault(QLocale(QLocale::German));
     EXPECT_EQ(coordinatePair({51.5, -0.25}), u"51.5,-0.25");
     QLocale::setDefault(before);
+}
+
+/// Makes the C library write a decimal comma for as long as it lives, where such a locale is installed.
+class DecimalComma {
+public:
+    DecimalComma()
+        : m_before(std::setlocale(LC_NUMERIC, nullptr)) {
+        for (const char* const name : {"de_DE.UTF-8", "fr_FR.UTF-8", "es_ES.UTF-8", "it_IT.UTF-8", "nl_NL.UTF-8"}) {
+            if (std::setlocale(LC_NUMERIC, name) != nullptr)
+                break;
+        }
+    }
+
+    DecimalComma(const DecimalComma&) = delete;
+    DecimalComma& operator=(const DecimalComma&) = delete;
+
+    ~DecimalComma() { (void)std::setlocale(LC_NUMERIC, m_before.c_str()); }
+
+    [[nodiscard]] static bool isThere() { return *std::localeconv()->decimal_point == ','; }
+
+private:
+    std::string m_before;
+};
+
+TEST(CoordinateFormatter, UsesAPointWhereTheCLibraryWritesAComma) {
+    const DecimalComma comma;
+    if (!DecimalComma::isThere())
+        GTEST_SKIP() << "no locale with a decimal comma is installed";
+    EXPECT_EQ(coordinatePair({51.5, -0.25}), u"51.5,-0.25");
+    EXPECT_EQ(decimalString(12), u"12.0");
 }
 
 } // namespace

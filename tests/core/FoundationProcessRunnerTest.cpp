@@ -32,6 +32,12 @@ ProcessResult resultOf(const QStringList& arguments) {
     return runTask(FoundationProcessRunner().run(helper(arguments)));
 }
 
+/// What a file holds; nothing when there is none.
+QByteArray textOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 /// Makes standard input a file for as long as it lives.
 class InputFromFile {
 public:
@@ -183,16 +189,31 @@ TEST(FoundationProcessRunner, RunsManyChildrenAtATime) {
 TEST(FoundationProcessRunner, LetsTheChildOfADroppedTaskRunToItsEnd) {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"go"_s);
+    const QString last = folder.filePath(u"last"_s);
     {
         FoundationProcessRunner runner;
-        const QCoro::Task<ProcessResult> dropped = runner.run(helper({u"stubborn"_s, path}));
+        const QCoro::Task<ProcessResult> dropped = runner.run(helper({u"stubborn"_s, path, last}));
         const QCoro::Task<ProcessResult> failing = runner.run({u"/no/such/program"_s, {}});
     }
     (void)resultOf({u"quiet"_s});
+    EXPECT_FALSE(QFile::exists(last));
     ASSERT_TRUE(QFile(path).open(QIODevice::WriteOnly));
+    EXPECT_TRUE(waitUntil([&last] { return textOf(last) == "done"; }));
     // Later children end after it, and nothing is left that could fall over.
     for (int turn = 0; turn < 5; ++turn)
         EXPECT_EQ(resultOf({u"quiet"_s}).terminationStatus, 0);
+}
+
+TEST(FoundationProcessRunner, EndsWithTheChildWhileAGrandchildKeepsBothStreams) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"go"_s);
+    const QString last = folder.filePath(u"last"_s);
+    EXPECT_EQ(resultOf({u"leave-child"_s, path, last}), (ProcessResult{3, "out", "err"}));
+    EXPECT_FALSE(QFile::exists(last));
+    ASSERT_TRUE(QFile(path).open(QIODevice::WriteOnly));
+    ASSERT_TRUE(waitUntil([&last] { return textOf(last).size() > 0; }));
+    // It would have waited in vain, had the run waited for the streams to end.
+    EXPECT_EQ(textOf(last), "released");
 }
 
 } // namespace

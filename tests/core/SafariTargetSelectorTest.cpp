@@ -51,8 +51,13 @@ TEST(SafariTargetSelector, DoesNotLookForABareSlash) {
 }
 
 TEST(SafariTargetSelector, DoesNotLookForAnEmptyPathOrHost) {
-    EXPECT_EQ(decide({}, {a, b}, URL::parse(u"http://example.com")), Decision::ambiguous({a, b}));
-    EXPECT_EQ(decide({}, {a, b}, URL::parse(u"mailto:x")), Decision::ambiguous({a, b}));
+    // Every title contains an empty text, so that looking for one would make all pages candidates.
+    const SafariTarget host = page(u"example.com"_s);
+    EXPECT_EQ(decide({}, {host, a}, URL::parse(u"http://example.com")), Decision::attach(host));
+    const SafariTarget path = page(u"The /docs of it"_s);
+    EXPECT_EQ(decide({}, {path, a}, URL::parse(u"http:///docs")), Decision::attach(path));
+    const SafariTarget address = page(u"someone@example.com"_s);
+    EXPECT_EQ(decide({}, {address, a}, URL::parse(u"mailto:someone@example.com")), Decision::attach(address));
 }
 
 TEST(SafariTargetSelector, DoesNothingForAPageThatReplacedAnother) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "CallLog.h"
 #include "ControlWindow.h"
 
 #include <vector>
@@ -18,6 +19,9 @@ public:
     void setFrame(const Rect& frame) override {
         m_frame = frame;
         m_frames.push_back(frame);
+        if (log != nullptr)
+            log->add(
+                QStringLiteral("setFrame %1,%2 %3,%4").arg(frame.x).arg(frame.y).arg(frame.width).arg(frame.height));
     }
 
     [[nodiscard]] std::optional<Screen> screen() const override { return shownOn; }
@@ -26,6 +30,8 @@ public:
     [[nodiscard]] const std::vector<Rect>& frames() const { return m_frames; }
 
     std::optional<Screen> shownOn;
+    /// Where each frame that is set is recorded too, as "setFrame 0,25 356,875".
+    CallLog* log = nullptr;
 
 private:
     Rect m_frame;

@@ -9,12 +9,15 @@
 //   directory                   writes the working directory
 //   cat                         copies standard input to standard output
 //   last-words                  writes "out" and "err" and ends by SIGKILL
-//   stubborn FILE               ignores SIGTERM and runs until FILE exists
+//   stubborn FILE [LAST]        ignores SIGTERM and runs until FILE exists, then makes LAST
+//   leave-child FILE LAST       writes "out" and "err", leaves a child that keeps both streams, and exits with 3; the
+//                               child ends once FILE exists, or after ten seconds, and says in LAST which it was
 #include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <string>
 #include <string_view>
 #include <unistd.h>
@@ -47,6 +50,23 @@ void copyInput() {
     std::array<char, 4096> buffer{};
     for (ssize_t count = 0; (count = ::read(STDIN_FILENO, buffer.data(), buffer.size())) > 0;)
         writeAll(STDOUT_FILENO, {buffer.data(), static_cast<std::size_t>(count)});
+}
+
+void leaveFile(const std::string& path, std::string_view text) {
+    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    writeAll(file, text);
+    ::close(file);
+}
+
+void leaveChild(const std::string& path, const std::string& last) {
+    if (::fork() != 0)
+        return;
+    constexpr int turns = 2000;
+    int turn = 0;
+    for (; turn < turns && ::access(path.c_str(), F_OK) != 0; ++turn)
+        ::usleep(5000);
+    leaveFile(last, turn < turns ? "released" : "too late");
+    std::_Exit(0);
 }
 
 void runUntilFileExists(const char* path) {
@@ -87,6 +107,13 @@ int main(int argc, char** argv) {
         (void)std::raise(SIGKILL);
     } else if (part == "stubborn") {
         runUntilFileExists(arguments[1].c_str());
+        if (!arguments[2].empty())
+            leaveFile(arguments[2], "done");
+    } else if (part == "leave-child") {
+        writeAll(STDOUT_FILENO, "out");
+        writeAll(STDERR_FILENO, "err");
+        leaveChild(arguments[1], arguments[2]);
+        return 3;
     }
     return 0;
 }
