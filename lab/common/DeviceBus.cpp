@@ -111,7 +111,8 @@ QString DeviceBus::state(const QString& udid) const {
                    ? QString::fromUtf8(g_variant_get_string(value, nullptr))
                    : u"Booted"_s;
     } catch (const DeviceBusError&) {
-        return isNameOwned(deviceBusName(udid)) ? u"Booted"_s : u"Shutdown"_s;
+        // Who does not answer is not ready yet, or no longer.
+        return isNameOwned(deviceBusName(udid)) ? u"Booting"_s : u"Shutdown"_s;
     }
 }
 
@@ -169,8 +170,13 @@ bool DeviceBus::waitUntilBooted(const QString& udid, const std::function<void(co
     const guint properties = g_dbus_connection_signal_subscribe(
         m_private->connection, name.constData(), "org.freedesktop.DBus.Properties", "PropertiesChanged",
         deviceObjectPath, deviceInterface, G_DBUS_SIGNAL_FLAGS_NONE, ignoreSignal, nullptr, nullptr);
+    // A device that was too busy to answer is asked again, and one that never gets ready is not waited for for ever.
+    constexpr guint askAgain = 500;
+    constexpr std::chrono::seconds bootLimit{120};
+    const guint tick = g_timeout_add(askAgain, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+    const auto end = std::chrono::steady_clock::now() + bootLimit;
     QString last;
-    for (;;) {
+    while (std::chrono::steady_clock::now() < end) {
         const QString now = state(udid);
         if (now != last) {
             last = now;
@@ -181,6 +187,7 @@ bool DeviceBus::waitUntilBooted(const QString& udid, const std::function<void(co
         }
         g_main_context_iteration(nullptr, TRUE);
     }
+    g_source_remove(tick);
     g_dbus_connection_signal_unsubscribe(m_private->connection, properties);
     g_dbus_connection_signal_unsubscribe(m_private->connection, owner);
     return last == u"Booted";

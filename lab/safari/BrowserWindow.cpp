@@ -57,6 +57,13 @@ BrowserWindow::BrowserWindow(GtkApplication* application, Handlers handlers)
     g_signal_connect_data(notebook, "switch-page", G_CALLBACK(+[](BrowserWindow* self) { self->refresh(); }), this,
                           nullptr, static_cast<GConnectFlags>(G_CONNECT_SWAPPED | G_CONNECT_AFTER));
 
+    m_quit = handlers.quit;
+    // Letting the window go by itself would take the menus away from under those who keep them up to date.
+    g_signal_connect_swapped(m_window, "delete-event", G_CALLBACK(+[](BrowserWindow* self) -> gboolean {
+                                 self->m_quit();
+                                 return TRUE;
+                             }),
+                             this);
     buildMenus(handlers);
     GtkWidget* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_box_pack_start(GTK_BOX(column), m_menuBar, FALSE, FALSE, 0);
@@ -68,6 +75,8 @@ BrowserWindow::BrowserWindow(GtkApplication* application, Handlers handlers)
 
 BrowserWindow::~BrowserWindow() {
     g_signal_handlers_disconnect_by_data(m_tabs, this);
+    for (int page = 0; page < gtk_notebook_get_n_pages(GTK_NOTEBOOK(m_tabs)); ++page)
+        g_signal_handlers_disconnect_by_data(gtk_notebook_get_nth_page(GTK_NOTEBOOK(m_tabs), page), this);
     gtk_widget_destroy(m_window);
 }
 

@@ -57,6 +57,7 @@ private:
     void refresh();
     [[nodiscard]] WebKitWebView* currentView() const;
 
+    std::function<void()> m_quit;
     GtkWidget* m_window;
     GtkWidget* m_menuBar;
     GtkWidget* m_tabs;

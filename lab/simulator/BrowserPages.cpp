@@ -10,6 +10,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -137,6 +140,14 @@ void BrowserPages::warmUp() {
         std::exchange(self->m_ready, nullptr)();
     };
     g_signal_connect(view, "load-changed", G_CALLBACK(loaded), this);
+    const auto terminated = +[](WebKitWebView*, WebKitWebProcessTerminationReason, gpointer pages) {
+        if (static_cast<BrowserPages*>(pages)->m_ready) {
+            // Without its engine the device would be booting for ever.
+            g_printerr("SimulatorDevice: the web engine ended while the device was booting\n");
+            _exit(EXIT_FAILURE);
+        }
+    };
+    g_signal_connect(view, "web-process-terminated", G_CALLBACK(terminated), this);
     webkit_web_view_load_plain_text(WEBKIT_WEB_VIEW(view), "");
 }
 

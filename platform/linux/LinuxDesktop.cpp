@@ -123,7 +123,14 @@ QCoro::Task<void> LinuxDesktop::openApplication(QString path) {
         path == safari.path ? &safari : (path == simulator.path ? &simulator : nullptr);
     if (application == nullptr || !QFileInfo(m_lab.program(application->program)).isExecutable())
         throw ApplicationLaunchError(Reason::notFound, name);
-    if (!QProcess::startDetached(m_lab.program(application->program), application->arguments))
+    // It outlives this program, so it must not hold its terminal or its pipes.
+    QProcess launch;
+    launch.setProgram(m_lab.program(application->program));
+    launch.setArguments(application->arguments);
+    launch.setStandardInputFile(QProcess::nullDevice());
+    launch.setStandardOutputFile(QProcess::nullDevice());
+    launch.setStandardErrorFile(QProcess::nullDevice());
+    if (!launch.startDetached())
         throw ApplicationLaunchError(Reason::notStarted, name);
     const Clock::TimePoint end = m_clock.now() + launchLimit;
     const auto isUp = [&] {
