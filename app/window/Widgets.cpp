@@ -9,7 +9,6 @@
 #include <QTimerEvent>
 #include <QVBoxLayout>
 
-#include <limits>
 #include <utility>
 
 namespace corvanta {
@@ -20,6 +19,8 @@ namespace {
 
 constexpr int markSize = 16;
 constexpr int stepsPerTurn = 12;
+/// Of a button whose text may be elided, both sides together.
+constexpr int horizontalPadding = 24;
 
 } // namespace
 
@@ -194,7 +195,7 @@ void ButtonRows::resizeEvent(QResizeEvent* event) {
 ElidingButton::ElidingButton(const QString& text, QWidget* parent)
     : QPushButton(parent)
     , m_text(text) {
-    showElided(std::numeric_limits<int>::max());
+    showElided(QPushButton::fontMetrics().horizontalAdvance(text) + 2 * horizontalPadding);
     setAccessibleName(text);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
@@ -209,7 +210,6 @@ void ElidingButton::resizeEvent(QResizeEvent* event) {
 }
 
 void ElidingButton::showElided(int width) {
-    constexpr int horizontalPadding = 24;
     const QString shown = fontMetrics().elidedText(m_text, Qt::ElideMiddle, width - horizontalPadding);
     // A single ampersand would be taken for a mnemonic.
     setText(QString(shown).replace(u'&', u"&&"_s));
