@@ -47,7 +47,8 @@ TEXT
   say "Layering"
   tools/check-layering tools/check-header || failed+=(layering)
   say "Shell scripts"
-  shellcheck -x dev .ci/run tools/dev/*.sh tools/dev/fresh-root tools/dev/headless-session tools/dev/with-sample-page tools/check-layering tools/check-header ||
+  shellcheck -x dev .ci/run tools/dev/*.sh tools/dev/fresh-root tools/dev/headless-session tools/dev/with-sample-page tools/check-layering tools/check-header \
+    tests/support/virtual-desktop ||
     failed+=("shell scripts")
   say "Headers"
   check_headers "$sources" || failed+=(headers)

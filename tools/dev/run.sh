@@ -20,7 +20,7 @@ Options of Corvanta (./dev run -- --help lists all):
   --url URL          open this page instead of the sample page
   --device DEVICE    use this device, by name or UDID
   --start            start a workspace at once
-  --screenshot FILE  with --start: write a picture of the desktop, stop, and end
+  --screenshot FILE  by itself: start, write a picture of the desktop, stop, and end
 TEXT
         return
         ;;

@@ -36,6 +36,8 @@ TEXT
   ensure_setup
   build_preset "$preset"
   [[ $preset != asan ]] || sanitizer_environment
+  # The tests have a lab of their own, whatever lab the user works with.
+  unset CORVANTA_LAB_HOME CORVANTA_DEVICE_SET CORVANTA_LAB_DIR
   ctest --preset "$preset" --parallel "$(nproc)" --no-tests=error "${selection[@]}" "$@"
 }
 
