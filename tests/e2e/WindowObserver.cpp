@@ -44,7 +44,8 @@ struct WindowObserver::Connection {
     [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, const char* name) const {
         const QByteArray bytes = property(window, name);
         std::vector<std::uint32_t> values(static_cast<std::size_t>(bytes.size()) / sizeof(std::uint32_t));
-        std::memcpy(values.data(), bytes.constData(), values.size() * sizeof(std::uint32_t));
+        if (!values.empty())
+            std::memcpy(values.data(), bytes.constData(), values.size() * sizeof(std::uint32_t));
         return values;
     }
 

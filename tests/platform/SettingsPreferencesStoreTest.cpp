@@ -18,7 +18,8 @@ protected:
 };
 
 TEST_F(SettingsPreferences, KeepsBytesAcrossRuns) {
-    const QByteArray value("{\"pageURL\":\"http:\\/\\/localhost:3000\",\"x\":\"ü – \\\"\"}\0\xff\n%1,;", 62);
+    constexpr char bytes[] = "{\"pageURL\":\"http:\\/\\/localhost:3000\",\"x\":\"ü – \\\"\"}\0\xff\n%1,;";
+    const QByteArray value(bytes, sizeof bytes - 1);
     {
         SettingsPreferencesStore store(path);
         store.setData(u"workspaceProfile"_s, value);
