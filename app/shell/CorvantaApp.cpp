@@ -42,6 +42,7 @@ CorvantaApp::CorvantaApp(std::unique_ptr<Platform> platform, CommandLine command
                      .preflightProbe = m_preflightProbe,
                      .profileRepository = m_profileRepository,
                      .locationRepository = m_locationRepository,
+                     .placeSearch = m_platform->placeSearch(),
                      .accessibility = m_platform->accessibility(),
                      .desktop = m_platform->desktop(),
                      .clock = m_platform->clock()})

@@ -20,6 +20,7 @@ WorkspaceCoordinator::WorkspaceCoordinator(const Services& services, QObject* pa
     , m_statusMessage(u"Ready"_s)
     , m_selectedCoordinate(m_profile.coordinate)
     , m_selectedLocationName(m_profile.locationName)
+    , m_mapSelectionID(services.clock.freshUUID())
     , m_favorites(services.locationRepository.loadFavorites())
     , m_recents(services.locationRepository.loadRecents()) {
     m_runs->coordinator = this;

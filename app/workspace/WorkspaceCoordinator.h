@@ -4,6 +4,7 @@
 #include "AccessibilityClient.h"
 #include "ControlWindow.h"
 #include "Desktop.h"
+#include "PlaceSearch.h"
 #include "layout/WorkspaceArranging.h"
 #include "locations/LocationRepository.h"
 #include "safari/SafariInspecting.h"
@@ -43,9 +44,12 @@ class WorkspaceCoordinator final : public QObject {
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
     Q_PROPERTY(std::optional<QString> recoveryMessage READ recoveryMessage NOTIFY recoveryMessageChanged)
     Q_PROPERTY(bool isRefreshingDevices READ isRefreshingDevices NOTIFY isRefreshingDevicesChanged)
+    Q_PROPERTY(bool isLocationWorking READ isLocationWorking NOTIFY isLocationWorkingChanged)
     Q_PROPERTY(
         std::optional<corvanta::Coordinate> selectedCoordinate READ selectedCoordinate NOTIFY selectedCoordinateChanged)
     Q_PROPERTY(QString selectedLocationName READ selectedLocationName NOTIFY selectedLocationNameChanged)
+    Q_PROPERTY(QUuid mapSelectionID READ mapSelectionID NOTIFY mapSelectionIDChanged)
+    Q_PROPERTY(bool recenterMapOnSelection READ recenterMapOnSelection NOTIFY recenterMapOnSelectionChanged)
     Q_PROPERTY(std::vector<corvanta::StoredLocation> favorites READ favorites NOTIFY favoritesChanged)
     Q_PROPERTY(std::vector<corvanta::StoredLocation> recents READ recents NOTIFY recentsChanged)
     Q_PROPERTY(
@@ -62,6 +66,7 @@ public:
         SystemPreflightProbing& preflightProbe;
         ProfileRepository& profileRepository;
         LocationRepository& locationRepository;
+        PlaceSearch& placeSearch;
         AccessibilityClient& accessibility;
         Desktop& desktop;
         Clock& clock;
@@ -85,9 +90,18 @@ public:
 
     [[nodiscard]] bool isRefreshingDevices() const { return m_isRefreshingDevices; }
 
+    /// A location command or the look-up of a place is under way.
+    [[nodiscard]] bool isLocationWorking() const { return m_isLocationWorking; }
+
     [[nodiscard]] const std::optional<Coordinate>& selectedCoordinate() const { return m_selectedCoordinate; }
 
     [[nodiscard]] const QString& selectedLocationName() const { return m_selectedLocationName; }
+
+    /// Renewed at each selection, so that a repeated one can be told from none.
+    [[nodiscard]] const QUuid& mapSelectionID() const { return m_mapSelectionID; }
+
+    /// Whether the map is to move to the selection that was made last.
+    [[nodiscard]] bool recenterMapOnSelection() const { return m_recenterMapOnSelection; }
 
     [[nodiscard]] const std::vector<StoredLocation>& favorites() const { return m_favorites; }
 
@@ -101,6 +115,9 @@ public:
 
     /// The listed device whose udid is the selected one.
     [[nodiscard]] std::optional<SimulatorDevice> selectedDevice() const;
+
+    /// The selected point as the simulator takes it.
+    [[nodiscard]] std::optional<Coordinate> selectedCoordinateValue() const { return m_selectedCoordinate; }
 
     /// A device is selected, the setup is complete, and no start is under way.
     [[nodiscard]] bool canStart() const;
@@ -141,6 +158,22 @@ public:
     /// Puts the windows back and returns to idle; Safari and the Simulator are left running.
     void stopWorkspace();
 
+    /// Makes a point the selected one and stores it. The device gets it at the next start, or by
+    /// `setLocationOnSimulator()`.
+    void selectLocation(Coordinate coordinate, const QString& name, bool recenter);
+
+    /// Looks a suggested place up and selects it.
+    [[nodiscard]] QCoro::Task<void> resolveLocation(PlaceCompletion completion);
+
+    /// Adds the selected point to the favorites.
+    void saveFavorite();
+
+    /// Sends the selected point to the selected device.
+    [[nodiscard]] QCoro::Task<void> setLocationOnSimulator();
+
+    /// Ends the simulated location of the selected device and forgets the selected point.
+    [[nodiscard]] QCoro::Task<void> clearLocationOnSimulator();
+
     /// Stores the selection, the address and the location as the profile.
     void persistProfile();
 
@@ -155,8 +188,11 @@ Q_SIGNALS:
     void statusMessageChanged();
     void recoveryMessageChanged();
     void isRefreshingDevicesChanged();
+    void isLocationWorkingChanged();
     void selectedCoordinateChanged();
     void selectedLocationNameChanged();
+    void mapSelectionIDChanged();
+    void recenterMapOnSelectionChanged();
     void favoritesChanged();
     void recentsChanged();
     void candidateTargetsChanged();
@@ -211,6 +247,10 @@ private:
     [[nodiscard]] QCoro::Task<void> pollTargets(SimulatorDevice device, CancellationToken token);
     [[nodiscard]] QCoro::Task<void> judgePoll(WorkspaceRun run, SimulatorDevice device, CancellationToken token);
 
+    class LocationWork;
+    void countLocationWork(int change);
+    void renewMapSelection();
+
     Services m_services;
     std::shared_ptr<WorkspaceRun::Owner> m_runs;
     TaskScope m_tasks;
@@ -229,8 +269,12 @@ private:
     QString m_statusMessage;
     std::optional<QString> m_recoveryMessage;
     bool m_isRefreshingDevices = false;
+    bool m_isLocationWorking = false;
+    int m_locationWorkCount = 0;
     std::optional<Coordinate> m_selectedCoordinate;
     QString m_selectedLocationName;
+    QUuid m_mapSelectionID;
+    bool m_recenterMapOnSelection = false;
     std::vector<StoredLocation> m_favorites;
     std::vector<StoredLocation> m_recents;
     std::vector<SafariTarget> m_candidateTargets;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "AtspiAccessibilityClient.h"
+#include "CoordinatePlaceSearch.h"
 #include "LabCommandRunner.h"
 #include "LinuxDesktop.h"
 #include "Platform.h"
@@ -29,6 +30,8 @@ public:
 
     [[nodiscard]] PreferencesStore& preferences() override { return m_preferences; }
 
+    [[nodiscard]] PlaceSearch& placeSearch() override { return m_placeSearch; }
+
     [[nodiscard]] std::unique_ptr<CommandRunning> makeCommandRunner() override {
         return std::make_unique<LabCommandRunner>(std::make_unique<FoundationProcessRunner>(), m_lab);
     }
@@ -41,6 +44,7 @@ private:
     LabFolder m_lab;
     SystemClock m_clock;
     SettingsPreferencesStore m_preferences;
+    CoordinatePlaceSearch m_placeSearch;
     X11Windows m_windows;
     X11Screens m_screens{m_windows};
     AtspiAccessibilityClient m_accessibility{m_windows, [this] { return m_screens.primaryOrigin(); }};

@@ -4,6 +4,7 @@
 #include "AccessibilityClient.h"
 #include "ControlWindow.h"
 #include "Desktop.h"
+#include "PlaceSearch.h"
 #include "simulator/CommandRunning.h"
 #include "support/Clock.h"
 #include "support/PreferencesStore.h"
@@ -26,6 +27,7 @@ public:
     [[nodiscard]] virtual Desktop& desktop() = 0;
     [[nodiscard]] virtual Clock& clock() = 0;
     [[nodiscard]] virtual PreferencesStore& preferences() = 0;
+    [[nodiscard]] virtual PlaceSearch& placeSearch() = 0;
 
     /// A runner of its own for each caller.
     [[nodiscard]] virtual std::unique_ptr<CommandRunning> makeCommandRunner() = 0;

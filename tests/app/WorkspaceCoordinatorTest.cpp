@@ -38,6 +38,7 @@ void WorkspaceCoordinatorTest::makeCoordinator() {
         .preflightProbe = probe,
         .profileRepository = profileRepository,
         .locationRepository = locationRepository,
+        .placeSearch = placeSearch,
         .accessibility = tree,
         .desktop = desktop,
         .clock = clock,
@@ -106,6 +107,11 @@ void WorkspaceCoordinatorTest::keepJournal() {
          [=] { return u"recovery "_s + subject->recoveryMessage().value_or(u"none"_s); });
     note(&WorkspaceCoordinator::isRefreshingDevicesChanged,
          [=] { return u"refreshing "_s + flag(subject->isRefreshingDevices()); });
+    note(&WorkspaceCoordinator::isLocationWorkingChanged,
+         [=] { return u"locating "_s + flag(subject->isLocationWorking()); });
+    note(&WorkspaceCoordinator::mapSelectionIDChanged, [] { return u"map selection"_s; });
+    note(&WorkspaceCoordinator::recenterMapOnSelectionChanged,
+         [=] { return u"recenter "_s + flag(subject->recenterMapOnSelection()); });
     note(&WorkspaceCoordinator::selectedCoordinateChanged, [] { return u"coordinate"_s; });
     note(&WorkspaceCoordinator::selectedLocationNameChanged, [] { return u"location name"_s; });
     note(&WorkspaceCoordinator::favoritesChanged, [=] { return u"favorites "_s + count(subject->favorites()); });

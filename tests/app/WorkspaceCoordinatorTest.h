@@ -7,6 +7,7 @@
 #include "FakeControlWindow.h"
 #include "FakeDesktop.h"
 #include "FakeError.h"
+#include "FakePlaceSearch.h"
 #include "FakePreflightProbe.h"
 #include "FakeSafari.h"
 #include "FakeSimulator.h"
@@ -88,6 +89,7 @@ protected:
     testing::FakeSafari safari{clock, log};
     testing::FakeArranger arranger{log};
     testing::FakePreflightProbe probe{clock, log};
+    testing::FakePlaceSearch placeSearch{clock, log};
     testing::MemoryPreferencesStore preferences;
     ProfileRepository profileRepository{preferences, QStringLiteral("workspaceProfile"), clock};
     LocationRepository locationRepository{preferences, QStringLiteral("favoriteLocations"),
