@@ -99,7 +99,6 @@ QCoro::Task<void> WorkspaceCoordinator::performStart(WorkspaceRun run, Simulator
     persistProfile();
 
     co_await prepareDevice(run, device);
-    run.check();
 
     transition(WorkspacePhase::openingPage);
     showStatus(u"Opening "_s + hostOrWhole(url) + u" in simulated Safari"_s);

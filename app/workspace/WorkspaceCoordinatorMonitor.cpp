@@ -32,9 +32,10 @@ void WorkspaceCoordinator::startMonitoring(const SimulatorDevice& device) {
 QCoro::Task<void> WorkspaceCoordinator::monitor(std::shared_ptr<const WorkspaceRun::Owner> owner,
                                                 SimulatorDevice device, CancellationToken token) {
     // The coordinator is held through its runs only, so that the loop never keeps it alive.
-    while (owner->coordinator && !token.isCancelled()) {
-        const auto slept = co_await owner->coordinator->m_services.clock.sleepFor(pollInterval, token);
-        if (slept == SleepResult::cancelled || token.isCancelled() || !owner->coordinator)
+    while (owner->coordinator) {
+        co_await owner->coordinator->m_services.clock.sleepFor(pollInterval, token);
+        // Also asked after a sleep that was not cancelled: the cancelling may have come just behind its end.
+        if (token.isCancelled() || !owner->coordinator)
             co_return;
         co_await owner->coordinator->pollTargets(device, token);
     }
@@ -54,7 +55,8 @@ QCoro::Task<void> WorkspaceCoordinator::pollTargets(SimulatorDevice device, Canc
 
 QCoro::Task<void> WorkspaceCoordinator::judgePoll(WorkspaceRun run, SimulatorDevice device, CancellationToken token) {
     const auto current = co_await readTargets(run, device.name, token);
-    if (!current || token.isCancelled() || m_phase != WorkspacePhase::running)
+    // A failure that is not the run's own, such as that of a device listing, may have come meanwhile.
+    if (!current || m_phase != WorkspacePhase::running)
         co_return;
 
     if (!m_services.safari.managedInspectorIsPresent()) {

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,7 +19,11 @@ public:
     explicit CallLog(const VirtualClock& clock)
         : m_clock(clock) {}
 
-    void add(const QString& call) { m_calls.emplace_back(m_clock.elapsed(), call.toStdString()); }
+    void add(const QString& call) {
+        m_calls.emplace_back(m_clock.elapsed(), call.toStdString());
+        if (whenCalled)
+            whenCalled(m_calls.back().second);
+    }
 
     /// Every call so far.
     [[nodiscard]] std::vector<std::string> calls() const {
@@ -49,6 +54,9 @@ public:
         m_calls.clear();
         m_start = m_clock.elapsed();
     }
+
+    /// Told of each call at once.
+    std::function<void(const std::string&)> whenCalled;
 
 private:
     const VirtualClock& m_clock;

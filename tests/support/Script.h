@@ -31,6 +31,9 @@ public:
     /// Later calls of the operation succeed again.
     void succeed(Operation operation) { m_behaviours[operation].error = nullptr; }
 
+    /// Later calls of all operations succeed at once, as at first.
+    void reset() { m_behaviours.clear(); }
+
     /// What each operation does between being recorded and giving its result.
     [[nodiscard]] QCoro::Task<void> play(Operation operation, CancellationToken token = {}) {
         const Behaviour behaviour = m_behaviours[operation];
