@@ -17,6 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+using testing::DesktopOperation;
 using testing::FakeError;
 using testing::PlaceSearchOperation;
 using testing::PreflightOperation;
@@ -31,6 +32,7 @@ public:
     explicit Interleaving(std::uint64_t seed)
         : m_random(seed) {
         simulator.devices.push_back(device(u"C"_s, u"iPhone 16 Pro"_s, u"Shutdown"_s));
+        desktop.paths.insert(u"com.apple.dt.Xcode"_s, u"/Applications/Xcode.app"_s);
         makeCoordinator();
         coordinator->setControlWindow(controlWindow);
         m_rules.emplace(*coordinator, log);
@@ -117,9 +119,7 @@ private:
         case 12:
             return list();
         case 13:
-            note("check the setup");
-            probe.found.simctlAvailable = !chance(20);
-            return keep(coordinator->runSetupChecks());
+            return check();
         case 14:
             return locate();
         case 15:
@@ -228,6 +228,18 @@ private:
         keep(coordinator->refreshDevices());
     }
 
+    void check() {
+        probe.found.simctlAvailable = !chance(20);
+        if (chance(50)) {
+            note("check the setup");
+            return keep(coordinator->runSetupChecks());
+        }
+        note("act on a failed check");
+        constexpr std::array actions{SetupRecoveryAction::openXcode, SetupRecoveryAction::openSafari,
+                                     SetupRecoveryAction::openSoftwareUpdate};
+        keep(coordinator->performSetupAction(actions.at(static_cast<std::size_t>(pick(actions.size())))));
+    }
+
     void locate() {
         note("set and clear locations");
         switch (pick(4)) {
@@ -267,6 +279,7 @@ private:
               SimulatorOperation::clearLocation})
             simulator.script.delay(operation, pace());
         placeSearch.script.delay(PlaceSearchOperation::search, pace());
+        desktop.script.delay(DesktopOperation::openApplication, pace());
         probe.script.delay(PreflightOperation::facts, pace());
     }
 
@@ -314,6 +327,7 @@ private:
         simulator.script.reset();
         probe.script.reset();
         placeSearch.script.reset();
+        desktop.script.reset();
         arranger.succeed();
         controlWindow = std::make_shared<testing::FakeControlWindow>();
         coordinator->setControlWindow(controlWindow);
