@@ -163,24 +163,6 @@ TEST(WorkspaceCoordinatorProperties, AreAllPublishedAndWalkedHere) {
     EXPECT_THAT(properties, ElementsAreArray(walked));
 }
 
-TEST_F(WorkspaceCoordinatorTest, BeginsWithTheStoredProfileAndLists) {
-    WorkspaceProfile profile = WorkspaceProfile::fresh({1});
-    profile.selectedDeviceUDID = u"B"_s;
-    profile.pageURL = u"http://a.b/"_s;
-    profile.coordinate = point;
-    profile.locationName = u"Somewhere"_s;
-    profileRepository.save(profile);
-    locationRepository.addFavorite(u"Favorite"_s, point);
-    locationRepository.recordRecent(u"Recent"_s, point);
-    makeCoordinator();
-    EXPECT_EQ(coordinator->selectedDeviceID(), u"B");
-    EXPECT_EQ(coordinator->urlInput(), u"http://a.b/");
-    EXPECT_EQ(coordinator->selectedCoordinate(), point);
-    EXPECT_EQ(coordinator->selectedLocationName(), u"Somewhere");
-    EXPECT_EQ(coordinator->favorites(), locationRepository.loadFavorites());
-    EXPECT_EQ(coordinator->recents(), locationRepository.loadRecents());
-}
-
 TEST_F(WorkspaceCoordinatorTest, BeginsIdleAndReadyAndAsksNothingOfTheMachine) {
     makeCoordinator();
     EXPECT_EQ(coordinator->phase(), WorkspacePhase::idle);
