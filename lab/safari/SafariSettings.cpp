@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "SafariSettings.h"
 
+#include "LabHome.h"
+
 #include <json-glib/json-glib.h>
 
 #include <utility>
@@ -21,16 +23,9 @@ JsonObject* rootObject(JsonParser* parser, const std::string& path) {
 
 } // namespace
 
-std::string labHome() {
-    if (const char* const home = g_getenv("CORVANTA_LAB_HOME"); home && *home != '\0')
-        return home;
-    const GlibPointer<char> path(g_build_filename(g_get_user_data_dir(), "corvanta-lab", nullptr));
-    return path.get();
-}
-
 SafariSettings::SafariSettings(std::function<void()> onChange)
     : m_onChange(std::move(onChange)) {
-    const std::string home = labHome();
+    const std::string home = lab::labHome();
     g_mkdir_with_parents(home.c_str(), 0700);
     const GlibPointer<char> path(g_build_filename(home.c_str(), "safari.json", nullptr));
     m_path = path.get();

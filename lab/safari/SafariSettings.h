@@ -8,9 +8,6 @@
 
 namespace corvanta {
 
-/// Where the lab keeps its data: `$CORVANTA_LAB_HOME`, else a folder in the user's data folder.
-[[nodiscard]] std::string labHome();
-
 /// Safari's settings, kept in the lab home's `safari.json`. Main thread only.
 ///
 /// A missing or damaged file reads as the defaults; what it holds beside these settings is kept. Changes that others
