@@ -28,8 +28,8 @@ struct InspectorFrame {
 /// Cuts a byte stream into frames. It trusts nothing: a stream that cannot be right is malformed for good.
 class InspectorFrameReader {
 public:
-    /// Far above the heap snapshots and resources that inspectors are sent.
-    static constexpr std::size_t maximumBodySize = std::size_t{1} << 30;
+    /// 128 MiB: far above the heap snapshots and resources that inspectors are sent.
+    static constexpr std::size_t maximumBodySize = std::size_t{128} << 20;
 
     void append(std::span<const std::byte> bytes);
 
