@@ -7,7 +7,7 @@
 
 namespace corvanta {
 
-/// The window of Safari > Settings…. Shown once at a time. Main thread only.
+/// The window of Safari > Settings…, with its pane "Advanced". Shown once at a time. Main thread only.
 class SettingsWindow {
 public:
     explicit SettingsWindow(SafariSettings& settings);
@@ -15,6 +15,7 @@ public:
     SettingsWindow& operator=(const SettingsWindow&) = delete;
     ~SettingsWindow();
 
+    /// Brings the window forward, with the focus on the switch of the developer features.
     void present(GtkWindow* over);
     /// Shows the settings as they are now.
     void refresh();
