@@ -7,7 +7,7 @@
 
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -308,4 +308,4 @@ WebKitWebView* BrowserWindow::currentView() const {
     return page ? WEBKIT_WEB_VIEW(page) : nullptr;
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

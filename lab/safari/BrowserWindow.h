@@ -9,7 +9,7 @@
 #include <functional>
 #include <string>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// How a window first appears.
 enum class Appearance {
@@ -76,4 +76,4 @@ private:
     GlibPointer<GtkAccelGroup> m_accelerators;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

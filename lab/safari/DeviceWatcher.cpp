@@ -6,7 +6,7 @@
 #include <optional>
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -168,4 +168,4 @@ void DeviceWatcher::publish() {
     m_onDevices(devices);
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Knows the device processes on the session bus, by the bus's own signals.
 ///
@@ -45,4 +45,4 @@ private:
     std::map<std::string, std::unique_ptr<Entry>> m_entries;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -109,4 +109,4 @@ void InspectorChannel::close() {
     onClosed();
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -9,7 +9,7 @@
 #include <deque>
 #include <functional>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// One open connection of the inspector protocol. Main thread only.
 class InspectorChannel {
@@ -50,4 +50,4 @@ private:
     SourceGuard m_closing;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// One message of the WebKit remote inspector's socket protocol (GLib ports, WebKitGTK 2.50).
 ///
@@ -63,4 +63,4 @@ struct TargetList {
 /// What a "SetTargetList" frame says; nothing for other frames and for damaged ones.
 [[nodiscard]] std::optional<TargetList> decodeTargetList(const InspectorFrame& frame);
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 SafariApplication::SafariApplication()
     : m_application(gtk_application_new("com.apple.Safari", G_APPLICATION_HANDLES_COMMAND_LINE)) {
@@ -122,4 +122,4 @@ void SafariApplication::showAbout() {
                           "logo-icon-name", "web-browser", "license-type", GTK_LICENSE_MIT_X11, nullptr);
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -7,7 +7,7 @@
 
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -25,7 +25,7 @@ JsonObject* rootObject(JsonParser* parser, const std::string& path) {
 
 SafariSettings::SafariSettings(std::function<void()> onChange)
     : m_onChange(std::move(onChange)) {
-    const std::string home = lab::labHome();
+    const std::string home = labHome();
     g_mkdir_with_parents(home.c_str(), 0700);
     const GlibPointer<char> path(g_build_filename(home.c_str(), "safari.json", nullptr));
     m_path = path.get();
@@ -74,4 +74,4 @@ std::string SafariSettings::setDeveloperFeatures(bool enabled) {
     return error ? error->message : std::string();
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

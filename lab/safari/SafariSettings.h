@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Safari's settings, kept in the lab home's `safari.json`. Main thread only.
 ///
@@ -34,4 +34,4 @@ private:
     GlibPointer<GFileMonitor> m_monitor;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

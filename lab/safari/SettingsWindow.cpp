@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "SettingsWindow.h"
 
-namespace corvanta {
+namespace corvanta::lab {
 
 SettingsWindow::SettingsWindow(SafariSettings& settings)
     : m_settings(settings) {}
@@ -84,4 +84,4 @@ void SettingsWindow::store(bool enabled) {
     gtk_widget_set_visible(m_problem, !problem.empty());
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -5,7 +5,7 @@
 
 #include <gtk/gtk.h>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// The window of Safari > Settings…, with its pane "Advanced". Shown once at a time. Main thread only.
 class SettingsWindow {
@@ -30,4 +30,4 @@ private:
     GtkWidget* m_problem = nullptr;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

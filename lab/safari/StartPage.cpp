@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "StartPage.h"
 
-namespace corvanta {
+namespace corvanta::lab {
 
 const char* startPage() {
     return R"(<!doctype html>
@@ -45,4 +45,4 @@ const char* startPage() {
 )";
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

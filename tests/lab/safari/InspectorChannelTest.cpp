@@ -8,7 +8,7 @@
 #include <array>
 #include <memory>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -78,4 +78,4 @@ TEST_F(InspectorChannelTest, GoesOnWithASideThatReads) {
     EXPECT_FALSE(m_isClosed || isOtherClosed);
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

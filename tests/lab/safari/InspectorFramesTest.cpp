@@ -7,7 +7,7 @@
 
 #include <random>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -155,4 +155,4 @@ TEST(InspectorFrameReader, SurvivesEveryDamageToAList) {
     }
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

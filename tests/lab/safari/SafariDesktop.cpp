@@ -14,7 +14,7 @@
 #include <sstream>
 #include <thread>
 
-namespace corvanta::testing {
+namespace corvanta::lab::testing {
 
 namespace {
 
@@ -428,4 +428,4 @@ std::vector<int> SafariDesktop::processes(const std::string& program) {
     return found;
 }
 
-} // namespace corvanta::testing
+} // namespace corvanta::lab::testing

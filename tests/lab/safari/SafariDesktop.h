@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace corvanta::testing {
+namespace corvanta::lab::testing {
 
 /// An object on the accessibility bus: who has it and where. Asked anew for everything, never remembered; libatspi 2.46
 /// waits for itself for ever when events arrive during its calls.
@@ -133,4 +133,4 @@ protected:
     ClientWindows m_windows;
 };
 
-} // namespace corvanta::testing
+} // namespace corvanta::lab::testing

@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace corvanta::testing {
+namespace corvanta::lab::testing {
 
 namespace {
 
@@ -438,4 +438,4 @@ TEST_F(SafariDesktop, QuitsWithItsWindow) {
     EXPECT_TRUE(eventually([] { return inspectorProcesses().empty(); }));
 }
 
-} // namespace corvanta::testing
+} // namespace corvanta::lab::testing
