@@ -159,8 +159,14 @@ TEST_F(DesktopWithLab, OpensWebAddressesInTheLabsBrowserWhereThereIsNoOther) {
     ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
     QObject::connect(&server, &QTcpServer::newConnection, &server, [&server] {
         QTcpSocket* const socket = server.nextPendingConnection();
-        socket->write("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<title>A page of the web</title>");
-        socket->disconnectFromHost();
+        // Whoever hangs up on a request that it has not read takes its answer back.
+        QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket, request = QByteArray()]() mutable {
+            request += socket->readAll();
+            if (request.endsWith("\r\n\r\n")) {
+                socket->write("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<title>A page of the web</title>");
+                socket->disconnectFromHost();
+            }
+        });
     });
     const auto url = URL::parse(u"http://127.0.0.1:%1/"_s.arg(server.serverPort()));
     ASSERT_TRUE(url);
