@@ -133,6 +133,9 @@ void AtspiFetch::askObject(const QString& path, const QString& parent, int level
 }
 
 void AtspiFetch::askChildren(const QString& path, int level) {
+    if (m_asked >= m_limits.objects)
+        return;
+    ++m_asked;
     m_childrenCalls.push_back({path, level, m_bus.call({m_process, path}, accessibleInterface, u"GetChildren"_s)});
     observe(m_childrenCalls.back().children);
 }
