@@ -311,6 +311,7 @@ std::vector<AccessibilityElement> AtspiAccessibilityClient::windowsOf(const QStr
         }
     }
     std::vector<AccessibilityElement> windows;
+    windows.reserve(found.size());
     for (const Window& window : found)
         windows.push_back(Node::element(Node::Kind::object, window.reference));
     return windows;

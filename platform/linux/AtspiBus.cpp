@@ -39,7 +39,7 @@ bool AtspiBus::isConnected() {
     if (!m_connection) {
         requestAddress();
         if (m_addressCall && m_allowance.wait(*m_addressCall))
-            takeAddress();
+            takeAddress(m_addressCall->pending);
     }
     return m_connection.has_value();
 }
@@ -91,8 +91,7 @@ void AtspiBus::requestAddress() {
     m_addressCall.emplace(QDBusConnection::sessionBus().asyncCall(message, noTimeLimit));
 }
 
-void AtspiBus::takeAddress() {
-    const QDBusPendingReply<QString> reply = m_addressCall->pending;
+void AtspiBus::takeAddress(const QDBusPendingReply<QString>& reply) {
     m_addressCall.reset();
     if (!reply.isValid())
         return;

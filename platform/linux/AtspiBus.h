@@ -5,7 +5,7 @@
 #include "HangAllowance.h"
 
 #include <QDBusConnection>
-#include <QDBusPendingCall>
+#include <QDBusPendingReply>
 #include <QElapsedTimer>
 #include <QObject>
 
@@ -46,7 +46,7 @@ private Q_SLOTS:
 
 private:
     void requestAddress();
-    void takeAddress();
+    void takeAddress(const QDBusPendingReply<QString>& reply);
     void disconnectFromBus();
 
     HangAllowance& m_allowance;

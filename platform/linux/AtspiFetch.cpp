@@ -69,7 +69,7 @@ std::unique_ptr<AtspiFetch> AtspiFetch::below(const AtspiBus& bus, const AtspiRe
 
 bool AtspiFetch::advance() {
     if (m_itemsCall && m_itemsCall->isFinished())
-        takeItems();
+        takeItems(m_itemsCall->reply());
     // Taking a reply may ask for more, so the lists are exchanged before they are walked.
     for (const ChildrenCall& call : std::exchange(m_childrenCalls, {})) {
         if (!takeChildren(call))
@@ -140,8 +140,7 @@ void AtspiFetch::askChildren(const QString& path, int level) {
     observe(m_childrenCalls.back().children);
 }
 
-void AtspiFetch::takeItems() {
-    const QDBusMessage reply = m_itemsCall->reply();
+void AtspiFetch::takeItems(const QDBusMessage& reply) {
     m_itemsCall.reset();
     m_hasProgress = true;
     const std::optional<QList<AtspiItem>> items = parseItems(reply);

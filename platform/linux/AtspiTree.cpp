@@ -38,8 +38,8 @@ const AtspiItem* AtspiTree::item(const QString& path) const {
     return found == m_items.cend() ? nullptr : &*found;
 }
 
-void AtspiTree::insert(AtspiItem item) {
-    m_items.insert(item.reference.path, std::move(item));
+void AtspiTree::insert(const AtspiItem& item) {
+    m_items.insert(item.reference.path, item);
 }
 
 void AtspiTree::setChildren(const QString& path, const QList<AtspiReference>& children) {
@@ -122,7 +122,7 @@ bool AtspiTree::opensSubmenu(const AtspiItem& item) const {
     return parent != nullptr && (parent->role == AtspiRole::menuBar || parent->role == AtspiRole::menu);
 }
 
-void AtspiTree::merge(AtspiTree other) {
+void AtspiTree::merge(const AtspiTree& other) {
     m_items.insert(other.m_items);
 }
 

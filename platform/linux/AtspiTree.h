@@ -16,7 +16,7 @@ public:
 
     [[nodiscard]] qsizetype size() const { return m_items.size(); }
 
-    void insert(AtspiItem item);
+    void insert(const AtspiItem& item);
 
     /// Takes the program's own list of an object's children. The object itself and those above it are left out.
     void setChildren(const QString& path, const QList<AtspiReference>& children);
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] bool opensSubmenu(const AtspiItem& item) const;
 
     /// Takes over what `other` knows.
-    void merge(AtspiTree other);
+    void merge(const AtspiTree& other);
 
     /// The objects whose children must be asked for.
     [[nodiscard]] QList<QString> withUnknownChildren() const;
