@@ -15,6 +15,16 @@ struct PixelRect {
     bool operator==(const PixelRect&) const = default;
 };
 
+/// What lies between the client window and the outer frame: decorations added, shadows taken away.
+struct PixelBorder {
+    int left = 0;
+    int top = 0;
+    int horizontal = 0;
+    int vertical = 0;
+
+    bool operator==(const PixelBorder&) const = default;
+};
+
 /// What a window is to become; what is absent stays as it is.
 struct PixelPlacement {
     struct Position {

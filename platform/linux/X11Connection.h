@@ -36,18 +36,8 @@ struct Extents {
     int bottom = 0;
 };
 
-/// What lies between the client window and the outer frame: decorations added, shadows taken away.
-struct Border {
-    int left = 0;
-    int top = 0;
-    int horizontal = 0;
-    int vertical = 0;
-
-    bool operator==(const Border&) const = default;
-};
-
 /// The outer frame of a client window.
-inline PixelRect outside(const PixelRect& client, const Border& around) {
+inline PixelRect outside(const PixelRect& client, const PixelBorder& around) {
     return {client.x - around.left, client.y - around.top, client.width + around.horizontal,
             client.height + around.vertical};
 }
@@ -113,7 +103,7 @@ struct X11Connection {
                 static_cast<int>(values[3])};
     }
 
-    [[nodiscard]] Border border(Window window) const {
+    [[nodiscard]] PixelBorder border(Window window) const {
         const Extents decoration = toExtents(numbers(window, ewmh._NET_FRAME_EXTENTS, XCB_ATOM_CARDINAL));
         const Extents shadow = toExtents(numbers(window, gtkFrameExtents, XCB_ATOM_CARDINAL));
         return {decoration.left - shadow.left, decoration.top - shadow.top,

@@ -21,7 +21,7 @@ constexpr std::chrono::milliseconds placementRetry = 40ms;
 /// Longer than an event is under way; for window managers that do not report everything.
 constexpr std::chrono::milliseconds eventPatience = 10ms;
 constexpr std::chrono::milliseconds lookInterval = 60ms;
-constexpr int looksAfterwards = 4;
+constexpr int looksAfterwards = 16;
 
 bool isNear(int left, int right) {
     return std::abs(left - right) <= placementTolerance;
@@ -60,7 +60,7 @@ bool undoStates(X11Connection& x, X11Windows::Window window) {
     return changed;
 }
 
-void request(X11Connection& x, X11Windows::Window window, const PixelPlacement& placement, const Border& around) {
+void request(X11Connection& x, X11Windows::Window window, const PixelPlacement& placement, const PixelBorder& around) {
     std::uint32_t flags = 0;
     PixelRect client;
     if (placement.position) {
@@ -84,7 +84,7 @@ void request(X11Connection& x, X11Windows::Window window, const PixelPlacement& 
 
 /// The placement as the window's size hints let the window manager carry it out.
 PixelPlacement attainable(const X11Connection& x, X11Windows::Window window, PixelPlacement placement,
-                          const Border& around) {
+                          const PixelBorder& around) {
     const std::vector<std::uint32_t> hints = x.numbers(window, XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS);
     if (!placement.extent || hints.size() < 9)
         return placement;
@@ -132,7 +132,7 @@ public:
         const std::optional<PixelRect> client = m_x.clientRect(m_window);
         if (!client)
             return Progress::refused;
-        const Border around = m_x.border(m_window);
+        const PixelBorder around = m_x.border(m_window);
         const auto now = std::chrono::steady_clock::now();
         // Undoing a state changes decorations and shadows a moment later, so the request is repeated with what they
         // are then.
@@ -183,7 +183,7 @@ private:
     bool m_wasStirred = false;
     bool m_wasConfigured = false;
     /// What the last request reckoned with; nothing before the first.
-    std::optional<Border> m_requestedBorder;
+    std::optional<PixelBorder> m_requestedBorder;
     std::chrono::steady_clock::time_point m_nextRequest;
 };
 
@@ -222,6 +222,8 @@ void X11Windows::lookAfter(Window window, const PixelPlacement& placement, bool 
         unfinished.placement.extent = isUnfinished ? placement.extent : std::nullopt;
     if (!isUnfinished)
         return;
+    unfinished.border = m_connection->border(window);
+    unfinished.hasArrived = false;
     unfinished.looksLeft = looksAfterwards;
     if (!m_nextLook.isActive())
         m_nextLook.start(lookInterval);
@@ -230,13 +232,17 @@ void X11Windows::lookAfter(Window window, const PixelPlacement& placement, bool 
 void X11Windows::lookAtUnfinished() {
     for (auto entry = m_unfinished.begin(); entry != m_unfinished.end();) {
         auto& [window, unfinished] = *entry;
-        const std::optional<PixelRect> frame = outerFrame(window);
-        bool isFinished = !frame || isAt(*frame, unfinished.placement);
-        if (!isFinished) {
-            request(*m_connection, window, unfinished.placement, m_connection->border(window));
-            isFinished = --unfinished.looksLeft == 0;
-        }
-        entry = isFinished ? m_unfinished.erase(entry) : std::next(entry);
+        const std::optional<PixelRect> client = m_connection->clientRect(window);
+        const PixelBorder around = m_connection->border(window);
+        // Where the shadow of a busy program comes back late, the window has to arrive once more; where a person has
+        // moved it since, it has not.
+        unfinished.hasArrived = unfinished.hasArrived && unfinished.border == around;
+        unfinished.border = around;
+        if (client && isAt(outside(*client, around), unfinished.placement))
+            unfinished.hasArrived = true;
+        else if (client && !unfinished.hasArrived)
+            request(*m_connection, window, unfinished.placement, around);
+        entry = !client || --unfinished.looksLeft == 0 ? m_unfinished.erase(entry) : std::next(entry);
     }
     if (m_unfinished.empty())
         m_nextLook.stop();

@@ -63,9 +63,11 @@ public:
     [[nodiscard]] std::optional<PixelRect> workArea() const;
 
 private:
-    /// A placement that has not been seen to arrive.
+    /// A placement that has not been seen to arrive, or may not last.
     struct Unfinished {
         PixelPlacement placement;
+        PixelBorder border;
+        bool hasArrived = false;
         int looksLeft = 0;
     };
 
