@@ -82,15 +82,16 @@ TEST_F(LinuxDesktopTest, BringsAnApplicationForward) {
         return active ? windows.instanceName(*active) : QString();
     };
     ASSERT_TRUE(waitUntil([&] { return windows.windows().size() == 3; }));
-    // The focus passes through other windows on its way, so it counts once it was there.
-    const auto comesForward = [&](const QString& name, std::size_t count) {
-        bool wasInFront = false;
+    // The focus passes through other windows on its way, so it counts where it has come to rest.
+    const auto comesForward = [&](const QString& name, std::ptrdiff_t count) {
+        int looksInARow = 0;
         return waitUntil([&] {
             const auto stacked = windows.windows();
-            const auto own = std::ranges::count_if(stacked.end() - static_cast<std::ptrdiff_t>(count), stacked.end(),
-                                                   [&](auto window) { return windows.instanceName(window) == name; });
-            wasInFront = wasInFront || (activeName() == name && own == static_cast<std::ptrdiff_t>(count));
-            return wasInFront;
+            const auto belongs = [&](auto window) { return windows.instanceName(window) == name; };
+            const bool isInFront = activeName() == name && std::ranges::count_if(stacked, belongs) == count &&
+                                   std::all_of(stacked.end() - count, stacked.end(), belongs);
+            looksInARow = isInFront ? looksInARow + 1 : 0;
+            return looksInARow > 10;
         });
     };
     desktop.activate(u"dev.corvanta.OtherFixture"_s);
