@@ -83,6 +83,9 @@ void ScriptedHost::inflict(Fault fault) {
     case Fault::simulatorGone:
         killSimulator();
         break;
+    case Fault::deviceShutDown:
+        shutDown();
+        break;
     case Fault::pageCrashed:
         crashLatestPage();
         break;
@@ -208,8 +211,7 @@ void ScriptedHost::openInspector(Page& page) {
     page.inspector = &window;
     m_safari->windows.push_back(&window);
     tree.after(inspectorTime, [this, &window, &opener = m_safari->application] {
-        const bool isStillOpen = m_safari && &m_safari->application == &opener;
-        if (isStillOpen)
+        if (m_safari && std::ranges::count(m_safari->windows, &window) > 0)
             opener.append(window, u"AXWindows"_s);
     });
 }
@@ -238,15 +240,35 @@ void ScriptedHost::openPages(const QStringList& titles) {
     });
 }
 
+void ScriptedHost::closePage(Page& page) {
+    if (page.inspector != nullptr)
+        closeInspector(*page.inspector);
+    if (page.item != nullptr)
+        tree.remove(*page.item);
+}
+
 void ScriptedHost::crashLatestPage() {
     // Of several with one title, the one that was opened last.
     const auto latest =
         std::find_if(m_pages.rbegin(), m_pages.rend(), [this](const Page& page) { return page.title == m_latestPage; });
     if (latest == m_pages.rend())
         return;
-    if (latest->item != nullptr)
-        tree.remove(*latest->item);
+    closePage(*latest);
     m_pages.erase(std::next(latest).base());
+    updateMenu();
+}
+
+void ScriptedHost::boot() {
+    m_isBooted = true;
+    updateMenu();
+}
+
+void ScriptedHost::shutDown() {
+    killSimulator();
+    for (Page& page : m_pages)
+        closePage(page);
+    m_pages.clear();
+    m_isBooted = false;
     updateMenu();
 }
 
@@ -288,6 +310,7 @@ ProcessResult ScriptedHost::answer(const ProcessCommand& command) {
         return {0, "Xcode 16.2\nBuild version 16C5032a\n", {}};
     if (command.executablePath == u"/usr/bin/open" && arguments.value(1) == u"Simulator") {
         launchSimulator();
+        boot();
         return {};
     }
     if (command.executablePath == u"/usr/bin/xcrun" && arguments == QStringList{u"--find"_s, u"simctl"_s})
@@ -307,14 +330,14 @@ ProcessResult ScriptedHost::answerSimctl(const QStringList& arguments) {
     EXPECT_EQ(arguments.value(1).toStdString(), deviceID.toStdString());
     if (operation == u"boot" && m_isBooted)
         return {wrongState, {}, "Unable to boot device in current state: Booted\n"};
-    if (operation == u"boot" || operation == u"bootstatus") {
-        m_isBooted = true;
-        updateMenu();
-    } else if (operation == u"openurl") {
+    if (operation == u"boot" || operation == u"bootstatus")
+        boot();
+    else if (!m_isBooted)
+        return {wrongState, {}, toolMessage.toUtf8()};
+    else if (operation == u"openurl")
         openPages(pagesOfAddress);
-    } else if (operation != u"location") {
+    else if (operation != u"location")
         ADD_FAILURE() << "unexpected operation: " << operation.toStdString();
-    }
     return {};
 }
 

@@ -22,7 +22,7 @@ namespace corvanta::testing {
 /// A host on virtual time: developer tools that answer, a Simulator with a window, and a Safari whose Develop menu
 /// lists the booted device and its pages and opens their inspectors. Each of the faults can be put upon it and lifted.
 ///
-/// The device and its pages belong to neither program: they survive the end of both.
+/// The device and its pages belong to neither program: they survive the end of both. Inspectors belong to Safari.
 class ScriptedHost {
 public:
     ScriptedHost();
@@ -97,7 +97,12 @@ private:
     void makeItem(Page& page);
     void openInspector(Page& page);
     void closeInspector(Element& window);
+    /// Its inspector closes with it.
+    void closePage(Page& page);
     void crashLatestPage();
+
+    void boot();
+    void shutDown();
 
     void launchSimulator();
     void killSimulator();

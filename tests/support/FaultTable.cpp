@@ -129,6 +129,8 @@ QString tableName(Fault fault) {
         return u"no Develop menu"_s;
     case Fault::simulatorGone:
         return u"Simulator gone"_s;
+    case Fault::deviceShutDown:
+        return u"device shut down"_s;
     case Fault::pageCrashed:
         return u"page crashed"_s;
     case Fault::toolMissing:

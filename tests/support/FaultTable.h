@@ -53,6 +53,7 @@ enum class Fault {
     deviceNotInMenu,
     noDevelopMenu,
     simulatorGone,
+    deviceShutDown,
     pageCrashed,
     toolMissing,
     toolFailing,
@@ -62,9 +63,13 @@ enum class Fault {
 };
 
 inline constexpr std::array allFaults{
-    Fault::safariGone,    Fault::safariCannotBeLaunched, Fault::safariHung,        Fault::deviceNotInMenu,
-    Fault::noDevelopMenu, Fault::simulatorGone,          Fault::pageCrashed,       Fault::toolMissing,
-    Fault::toolFailing,   Fault::toolPrintingGarbage,    Fault::accessibilityGone, Fault::controlWindowClosed,
+    Fault::safariGone,          Fault::safariCannotBeLaunched,
+    Fault::safariHung,          Fault::deviceNotInMenu,
+    Fault::noDevelopMenu,       Fault::simulatorGone,
+    Fault::deviceShutDown,      Fault::pageCrashed,
+    Fault::toolMissing,         Fault::toolFailing,
+    Fault::toolPrintingGarbage, Fault::accessibilityGone,
+    Fault::controlWindowClosed,
 };
 
 /// The name under which the table has it.
