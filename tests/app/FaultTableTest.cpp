@@ -182,6 +182,8 @@ bool FaultTableWalk::isMoment(FaultMoment moment) const {
         return current == WorkspacePhase::running && shown == u"Workspace running";
     case FaultMoment::runningChoice:
         return current == WorkspacePhase::running && shown == u"Choose the newest Safari page";
+    case FaultMoment::runningAttaching:
+        return current == WorkspacePhase::attachingInspector && shown == u"Attaching Web Inspector to Second";
     case FaultMoment::reloadOpeningPage:
         return current == WorkspacePhase::openingPage && shown == u"Opening localhost";
     case FaultMoment::reloadWaiting:
@@ -217,6 +219,7 @@ void FaultTableWalk::prepare(FaultMoment moment) {
         m_host.pagesOfAddress = {u"Start"_s, u"Second"_s};
         return;
     case FaultMoment::runningChoice:
+    case FaultMoment::runningAttaching:
     case FaultMoment::reloadOpeningPage:
     case FaultMoment::reloadWaiting:
     case FaultMoment::reloadAttaching:
@@ -249,6 +252,10 @@ void FaultTableWalk::act(FaultMoment moment) {
         m_host.openPages({u"Second"_s, u"Third"_s});
         settle();
         chooseFirst();
+        return;
+    case FaultMoment::runningAttaching:
+        m_host.openPages({u"Second"_s});
+        settle();
         return;
     default:
         start();

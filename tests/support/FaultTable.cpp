@@ -105,6 +105,8 @@ QString tableName(FaultMoment moment) {
         return u"running"_s;
     case FaultMoment::runningChoice:
         return u"running: choice"_s;
+    case FaultMoment::runningAttaching:
+        return u"running: attaching"_s;
     case FaultMoment::reloadOpeningPage:
         return u"reload: openingPage"_s;
     case FaultMoment::reloadWaiting:

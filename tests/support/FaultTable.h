@@ -29,20 +29,30 @@ enum class FaultMoment {
     choice,
     running,
     runningChoice,
+    runningAttaching,
     reloadOpeningPage,
     reloadWaiting,
     reloadAttaching,
 };
 
 inline constexpr std::array allFaultMoments{
-    FaultMoment::setupCheck,      FaultMoment::deviceListing,
-    FaultMoment::preflight,       FaultMoment::boot,
-    FaultMoment::bootStatus,      FaultMoment::openSimulator,
-    FaultMoment::restoreLocation, FaultMoment::openingPage,
-    FaultMoment::waiting,         FaultMoment::attaching,
-    FaultMoment::choice,          FaultMoment::running,
-    FaultMoment::runningChoice,   FaultMoment::reloadOpeningPage,
-    FaultMoment::reloadWaiting,   FaultMoment::reloadAttaching,
+    FaultMoment::setupCheck,
+    FaultMoment::deviceListing,
+    FaultMoment::preflight,
+    FaultMoment::boot,
+    FaultMoment::bootStatus,
+    FaultMoment::openSimulator,
+    FaultMoment::restoreLocation,
+    FaultMoment::openingPage,
+    FaultMoment::waiting,
+    FaultMoment::attaching,
+    FaultMoment::choice,
+    FaultMoment::running,
+    FaultMoment::runningChoice,
+    FaultMoment::runningAttaching,
+    FaultMoment::reloadOpeningPage,
+    FaultMoment::reloadWaiting,
+    FaultMoment::reloadAttaching,
 };
 
 /// What goes wrong.
