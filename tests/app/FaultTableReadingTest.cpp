@@ -39,9 +39,13 @@ TEST(FaultTableReading, ReadsARow) {
 
 TEST(FaultTableReading, GivesEachCellATestNameOfItsOwn) {
     std::set<std::string> names;
+    FaultTableRow row;
     for (const FaultMoment moment : testing::allFaultMoments) {
-        for (const Fault fault : testing::allFaults)
-            EXPECT_TRUE(names.insert(FaultTableRow{.moment = moment, .fault = fault}.testName()).second);
+        row.moment = moment;
+        for (const Fault fault : testing::allFaults) {
+            row.fault = fault;
+            EXPECT_TRUE(names.insert(row.testName()).second) << row.testName();
+        }
     }
 }
 

@@ -17,6 +17,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace corvanta {
 
@@ -57,12 +62,11 @@ protected:
 
     [[nodiscard]] std::string filled(const QString& text) const;
 
-    [[nodiscard]] bool faultHasAppeared() const { return !m_isArmed; }
+    [[nodiscard]] bool faultHasAppeared() const { return !m_awaited; }
 
 private:
     void prepare(FaultMoment moment);
     void act(FaultMoment moment);
-    void awaitMoment(FaultMoment moment, Fault fault);
     [[nodiscard]] bool isMoment(FaultMoment moment) const;
     [[nodiscard]] static bool isMoment(FaultMoment moment, const ProcessCommand& command);
     void strike();
@@ -109,9 +113,13 @@ private:
     SimctlService m_simulator{m_host.makeCommandRunner(), {u"/usr/bin/xcrun"_s, u"/usr/bin/open"_s}};
     SystemPreflightProbe m_probe{m_host.makeCommandRunner(), m_host.desktop};
     std::unique_ptr<WorkspaceCoordinator> m_coordinator;
-    std::optional<FaultMoment> m_awaitedMoment;
-    std::optional<Fault> m_awaitedFault;
-    bool m_isArmed = false;
+
+    struct Awaited {
+        FaultMoment moment;
+        Fault fault;
+    };
+
+    std::optional<Awaited> m_awaited;
 };
 
 FaultTableWalk::FaultTableWalk() {
@@ -136,14 +144,14 @@ FaultTableWalk::FaultTableWalk() {
     m_coordinator->setControlWindow(m_host.controlWindow);
 
     const auto look = [this] {
-        if (m_isArmed && isMoment(*m_awaitedMoment))
+        if (m_awaited && isMoment(m_awaited->moment))
             strike();
     };
     QObject::connect(m_coordinator.get(), &WorkspaceCoordinator::phaseChanged, look);
     QObject::connect(m_coordinator.get(), &WorkspaceCoordinator::statusMessageChanged, look);
     QObject::connect(m_coordinator.get(), &WorkspaceCoordinator::isRefreshingDevicesChanged, look);
     m_host.beforeCommand = [this](const ProcessCommand& command) {
-        if (m_isArmed && isMoment(*m_awaitedMoment, command))
+        if (m_awaited && isMoment(m_awaited->moment, command))
             strike();
     };
 }
@@ -202,8 +210,8 @@ bool FaultTableWalk::isMoment(FaultMoment moment, const ProcessCommand& command)
 }
 
 void FaultTableWalk::strike() {
-    m_isArmed = false;
-    m_host.inflict(*m_awaitedFault);
+    if (const auto awaited = std::exchange(m_awaited, std::nullopt))
+        m_host.inflict(awaited->fault);
 }
 
 void FaultTableWalk::prepare(FaultMoment moment) {
@@ -265,9 +273,7 @@ void FaultTableWalk::act(FaultMoment moment) {
 
 void FaultTableWalk::reach(FaultMoment moment, Fault fault) {
     ASSERT_NO_FATAL_FAILURE(prepare(moment));
-    m_awaitedMoment = moment;
-    m_awaitedFault = fault;
-    m_isArmed = true;
+    m_awaited = {moment, fault};
     ASSERT_NO_FATAL_FAILURE(act(moment));
 }
 

@@ -92,8 +92,8 @@ struct FaultTableRow {
     Fault fault{};
     WorkspacePhase phase{};
     /// With placeholders in braces, see `filledText`.
-    QString status{};
-    std::optional<QString> recovery{};
+    QString status;
+    std::optional<QString> recovery;
     /// Counted from 1.
     int line = 0;
 
