@@ -41,9 +41,11 @@ constexpr auto longestWait = 60s;
 
 /// A coordinator on the application's own services, on a host that is all script.
 class FaultTableWalk : public ::testing::TestWithParam<FaultTableRow> {
+public:
+    ~FaultTableWalk() override;
+
 protected:
     FaultTableWalk();
-    ~FaultTableWalk() override;
 
     /// Leads the workspace through the moment, with the fault from then on, to where it rests.
     void reach(FaultMoment moment, Fault fault);
