@@ -242,6 +242,16 @@ private:
 
     void locate() {
         note("set and clear locations");
+        const FakeError error(u"Nowhere"_s);
+        if (chance(30)) {
+            simulator.script.fail(SimulatorOperation::setLocation, error);
+            simulator.script.fail(SimulatorOperation::clearLocation, error);
+            placeSearch.script.fail(PlaceSearchOperation::search, error);
+        } else {
+            simulator.script.succeed(SimulatorOperation::setLocation);
+            simulator.script.succeed(SimulatorOperation::clearLocation);
+            placeSearch.script.succeed(PlaceSearchOperation::search);
+        }
         switch (pick(4)) {
         case 0:
             return coordinator->selectLocation({1.0 * pick(90), 2}, u"Place"_s, chance(50));
