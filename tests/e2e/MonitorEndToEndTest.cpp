@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What happens to a workspace while it runs: pages and windows come and go, and a person works beside it.
+#include "Printing.h"
 #include "WorkspaceEndToEnd.h"
 
 #include <QElapsedTimer>
