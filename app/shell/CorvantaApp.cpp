@@ -87,6 +87,9 @@ bool CorvantaApp::selectRequestedDevice() {
 }
 
 QCoro::Task<void> CorvantaApp::firstAppearance() {
+    co_await m_platform->untilReady();
+    if (m_isLeaving)
+        co_return;
     co_await m_coordinator.runSetupChecks();
     if (m_isLeaving)
         co_return;
