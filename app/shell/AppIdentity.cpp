@@ -43,11 +43,11 @@ QString versionLine(const QString& version, const QString& buildNumber) {
 // The build refuses addresses that do not begin with https:// and a host.
 
 URL websiteURL() {
-    return URL::parse(QStringLiteral(CORVANTA_WEBSITE_URL)).value();
+    return URL::parse(QStringLiteral(CORVANTA_WEBSITE_URL)).value_or(URL());
 }
 
 URL updateManifestURL() {
-    return URL::parse(QStringLiteral(CORVANTA_UPDATE_MANIFEST_URL)).value();
+    return URL::parse(QStringLiteral(CORVANTA_UPDATE_MANIFEST_URL)).value_or(URL());
 }
 
 std::optional<URL> supportEmailURL() {

@@ -14,13 +14,17 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
+URL url(QStringView text) {
+    return URL::parse(text).value_or(URL());
+}
+
 using Rule = UpdateManifestError::Case;
 
 UpdateManifest validManifest() {
     return {
         .version = u"1.4.0"_s,
         .build = 27,
-        .downloadURL = *URL::parse(u"https://downloads.example/Corvanta.dmg"),
+        .downloadURL = url(u"https://downloads.example/Corvanta.dmg"),
         .releaseNotes = u"Faster."_s,
         .sha256 = u"0123456789abcdef"_s.repeated(4),
     };
@@ -103,7 +107,7 @@ class UpdateDownloadURL : public ::testing::TestWithParam<TextCase> {};
 
 TEST_P(UpdateDownloadURL, HasTheSchemeHTTPS) {
     UpdateManifest manifest = validManifest();
-    manifest.downloadURL = URL::parse(GetParam().text).value();
+    manifest.downloadURL = url(GetParam().text);
     EXPECT_EQ(brokenRule(manifest), GetParam().isValid ? std::nullopt : std::optional(Rule::insecureDownloadURL));
 }
 
@@ -153,7 +157,7 @@ TEST(UpdateEvaluator, ReportsOnlyTheFirstRuleThatIsBroken) {
     UpdateManifest manifest{
         .version = u"1.2"_s,
         .build = 0,
-        .downloadURL = *URL::parse(u"http://a.example/"),
+        .downloadURL = url(u"http://a.example/"),
         .releaseNotes = {},
         .sha256 = u"none"_s,
     };
@@ -205,7 +209,7 @@ TEST(UpdateEvaluator, OffersAHigherBuildOfALowerVersion) {
 
 TEST(UpdateEvaluator, RefusesAPlainHTTPDownloadEvenOfAHigherBuild) {
     UpdateManifest manifest = validManifest();
-    manifest.downloadURL = *URL::parse(u"http://downloads.example/Corvanta.dmg");
+    manifest.downloadURL = url(u"http://downloads.example/Corvanta.dmg");
     manifest.build = 100;
     try {
         (void)UpdateEvaluator::decision(manifest, 1);

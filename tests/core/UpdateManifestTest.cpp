@@ -17,6 +17,10 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
+URL url(QStringView text) {
+    return URL::parse(text).value_or(URL());
+}
+
 const QString digest = u"0123456789abcdef"_s.repeated(4);
 
 QJsonObject fullObject() {
@@ -48,7 +52,7 @@ TEST(UpdateManifest, ReadsEveryField) {
     const UpdateManifest expected{
         .version = u"1.4.0"_s,
         .build = 27,
-        .downloadURL = *URL::parse(u"https://downloads.example/Corvanta.dmg"),
+        .downloadURL = url(u"https://downloads.example/Corvanta.dmg"),
         .releaseNotes = u"Faster.\n<b>Bolder.</b>"_s,
         .sha256 = digest,
     };
@@ -62,7 +66,7 @@ TEST(UpdateManifest, WritesExactlyItsFiveKeys) {
 TEST(UpdateManifest, SurvivesWritingAndReading) {
     UpdateManifest manifest = decoded(fullObject());
     manifest.build = 9'007'199'254'740'993;
-    manifest.downloadURL = *URL::parse(u"HTTPS://user@b\u00FCcher.example:8443/a b?q=%2F#Top");
+    manifest.downloadURL = url(u"HTTPS://user@b\u00FCcher.example:8443/a b?q=%2F#Top");
     EXPECT_EQ(decoded(jsonDocument(encodeJson(manifest))), manifest);
 }
 
@@ -154,7 +158,7 @@ class UpdateManifestBuild : public ::testing::TestWithParam<BuildCase> {};
 TEST_P(UpdateManifestBuild, IsAWholeNumberOfSixtyFourBits) {
     const QByteArray document = documentWithBuild(GetParam().spelling);
     if (GetParam().build)
-        EXPECT_EQ(decoded(document).build, *GetParam().build);
+        EXPECT_EQ(decoded(document).build, GetParam().build);
     else
         EXPECT_THROW((void)decoded(document), JsonDecodingError);
 }
