@@ -297,6 +297,12 @@ TEST_F(UpdateTransfer, RefusesABodyOfOneByteMore) {
     }
 }
 
+TEST_F(UpdateTransfer, RefusesTooMuchAlreadyWhenItIsPromised) {
+    server.answer(u"/"_s, {.body = "{}", .promisedLength = sizeLimit + 1, .ending = WebAnswer::Ending::keepOpen});
+    EXPECT_EQ(transferError(server.url(u"/"_s)), UpdateTransferError::tooLarge());
+    expectNoConnection(server);
+}
+
 TEST_F(UpdateTransfer, GivesAHugeBodyUpEarly) {
     constexpr qint64 size = 100'000'000;
     for (WebServer* const each : {&server, &plainServer}) {
