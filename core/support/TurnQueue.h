@@ -14,11 +14,32 @@ namespace corvanta {
 class TurnQueue {
     struct State {
         bool isTaken = false;
+        bool isPassing = false;
+        bool isPassedOn = false;
         std::deque<std::coroutine_handle<>> waiting;
+
+        /// Resumes whoever is next. An operation that ends at once gives its turn back in the midst of this; the one
+        /// after it is resumed from here as well, so that a long line does not pile up on the stack.
+        void pass() {
+            isPassedOn = true;
+            if (isPassing)
+                return;
+            isPassing = true;
+            while (std::exchange(isPassedOn, false)) {
+                if (waiting.empty()) {
+                    isTaken = false;
+                    break;
+                }
+                const auto next = waiting.front();
+                waiting.pop_front();
+                next.resume();
+            }
+            isPassing = false;
+        }
     };
 
 public:
-    /// Having the turn. It passes to the next in line when this is destroyed.
+    /// Having the turn, until it is passed on.
     class Turn {
     public:
         Turn(Turn&& other) noexcept = default;
@@ -26,16 +47,14 @@ public:
         Turn(const Turn&) = delete;
         Turn& operator=(const Turn&) = delete;
 
-        ~Turn() {
-            if (!m_state)
-                return;
-            if (m_state->waiting.empty()) {
-                m_state->isTaken = false;
-                return;
-            }
-            const auto next = m_state->waiting.front();
-            m_state->waiting.pop_front();
-            next.resume();
+        /// Passes the turn on where that was not done, so that no way out of an operation holds up the others.
+        ~Turn() { pass(); }
+
+        /// Ends the turn: the next in line goes on before this returns, as far as it gets without suspending. Passing
+        /// a second time does nothing.
+        void pass() {
+            if (const std::shared_ptr<State> state = std::exchange(m_state, nullptr))
+                state->pass();
         }
 
     private:

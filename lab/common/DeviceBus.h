@@ -41,12 +41,14 @@ public:
 
     /// The state word of the device with that identifier: "Shutdown", "Booting" or "Booted".
     ///
-    /// A process that does not answer in a second counts as booted: its name is owned.
+    /// A process that owns its name and does not answer in a second counts as booting. Throws DeviceBusError when the
+    /// bus itself does not answer.
     [[nodiscard]] QString state(const QString& udid) const;
 
+    /// Whether some program has that name. Throws DeviceBusError.
     [[nodiscard]] bool isNameOwned(const QString& busName) const;
 
-    /// Identifiers of the devices that run. None without a session bus.
+    /// Identifiers of the devices whose names are owned, in the bus's order. Throws DeviceBusError.
     [[nodiscard]] QStringList runningDevices() const;
 
     /// Calls a method without arguments and waits for the answer. Throws DeviceBusError.
@@ -58,13 +60,13 @@ public:
     /// Sets the device's position in degrees. Throws DeviceBusError.
     void setLocation(const QString& udid, double latitude, double longitude, std::chrono::milliseconds limit);
 
-    /// Waits until the name is owned (or, with `owned` false, is not). `given up` is asked when woken by `wake()` and
-    /// after every change. Returns whether it came so in time.
+    /// Waits until the name is owned (or, with `owned` false, is not). `isGivenUp` is asked before each wait and after
+    /// every event of the main loop. Returns whether it came so in time. Throws DeviceBusError.
     [[nodiscard]] bool waitForName(const QString& busName, bool owned, std::chrono::milliseconds limit,
                                    std::function<bool()> isGivenUp = {});
 
-    /// Waits until the device's state is "Booted"; false when its process went away. `changed` is called with each
-    /// state seen, the first one included.
+    /// Waits until the device's state is "Booted", for two minutes at most; false when that passed or its process went
+    /// away. `changed` is called with each state seen, the first one included. Throws DeviceBusError.
     [[nodiscard]] bool waitUntilBooted(const QString& udid, const std::function<void(const QString&)>& changed);
 
 private:

@@ -48,12 +48,14 @@ struct Runtime {
     QString name;
     QVersionNumber version;
     QString build;
+
+    bool operator==(const Runtime&) const = default;
 };
 
 /// Every model, in the order of the tool's list.
 [[nodiscard]] const std::vector<DeviceType>& deviceTypes();
 
-/// Every runtime, oldest first.
+/// Every runtime that the lab can play, oldest first. Which of them are installed says the SystemDescription.
 [[nodiscard]] const std::vector<Runtime>& runtimes();
 
 /// The model with that identifier or name; null when there is none. Static lifetime.

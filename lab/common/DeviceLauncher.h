@@ -28,7 +28,7 @@ enum class BootResult {
 pid_t startDetached(const QString& program, const QStringList& arguments, const QString& logFile);
 
 /// Boots the device and returns once the boot is accepted. Boots of one device by several programs take turns.
-/// Throws DeviceSetError or DeviceBusError.
+/// Throws std::runtime_error, mostly a DeviceSetError or a DeviceBusError.
 [[nodiscard]] BootResult bootDevice(DeviceBus& bus, DeviceSet& set, const Device& device);
 
 /// Asks the device's process to leave and waits until it has. False when it did not in time. Throws DeviceBusError.

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QUuid>
 
@@ -33,6 +34,12 @@ QJsonObject readJson(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
 }
 
+/// The identifier becomes a bus name, a path and a command's argument, so nothing else may pass for one.
+bool isIdentifier(const QString& text) {
+    static const QRegularExpression pattern(u"\\A[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}\\z"_s);
+    return pattern.match(text).hasMatch();
+}
+
 /// Position in a catalogue; what it does not know comes last.
 template<typename Entry>
 std::size_t position(const std::vector<Entry>& entries, const QString& identifier) {
@@ -54,13 +61,16 @@ DeviceSet DeviceSet::open() {
 std::vector<Device> DeviceSet::devices() const {
     std::vector<Device> result;
     for (const QString& folder : QDir(m_folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        if (!isIdentifier(folder)) {
+            continue;
+        }
         const QJsonObject object = readJson(m_folder + u'/' + folder + u"/device.json"_s);
         Device device{.udid = object["UDID"_L1].toString(),
                       .name = object["name"_L1].toString(),
                       .deviceType = object["deviceType"_L1].toString(),
                       .runtime = object["runtime"_L1].toString()};
         // The folder's name decides where the device lives, so a copied folder is not a second device.
-        if (!device.udid.isEmpty() && device.udid == folder && !device.name.isEmpty()) {
+        if (device.udid == folder && !device.name.isEmpty()) {
             result.push_back(std::move(device));
         }
     }

@@ -34,17 +34,18 @@ class DeviceSet {
 public:
     explicit DeviceSet(QString folder);
 
-    /// The set of this user, with one device of each model for each runtime when it did not exist. Throws
-    /// DeviceSetError.
+    /// The set of this user, with one device of each model for each runtime of the catalogue when it did not exist.
+    /// Throws std::runtime_error, mostly a DeviceSetError.
     [[nodiscard]] static DeviceSet open();
 
-    /// Every readable device, by runtime (oldest first), catalogue order and name.
+    /// Every readable device, by runtime (oldest first), catalogue order and name. Folders whose name is no upper-case
+    /// UUID, or not the one that their file tells, are passed over.
     [[nodiscard]] std::vector<Device> devices() const;
 
     /// The device with that identifier in any letter case.
     [[nodiscard]] std::optional<Device> deviceWithId(const QString& udid) const;
 
-    /// Adds a device with a fresh identifier. Throws DeviceSetError.
+    /// Adds a device with a fresh identifier. Throws std::runtime_error, mostly a DeviceSetError.
     Device create(const QString& name, const QString& deviceType, const QString& runtime);
 
     /// Removes the device's folder with everything in it. Throws DeviceSetError.
@@ -59,7 +60,8 @@ public:
     /// Remembers that the device is being booted now.
     void noteBoot(const Device& device);
 
-    /// Creates the default devices unless the set's folder exists. Throws DeviceSetError.
+    /// Creates the set's folder and the default devices that it lacks, once: a set that carries the mark of being made,
+    /// or that somebody laid out by hand, is left as it is. Throws std::runtime_error, mostly a DeviceSetError.
     void createDefaultsOnFirstUse();
 
 private:

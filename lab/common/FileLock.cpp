@@ -4,8 +4,10 @@
 #include <QFile>
 
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <stdexcept>
+#include <string>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -14,9 +16,14 @@ namespace corvanta::lab {
 FileLock::FileLock(const QString& path)
     : m_descriptor(open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
     if (m_descriptor < 0) {
-        throw std::runtime_error("cannot lock " + QFile::encodeName(path).toStdString());
+        throw std::runtime_error("cannot lock " + QFile::encodeName(path).toStdString() + ": " + std::strerror(errno));
     }
-    while (flock(m_descriptor, LOCK_EX) != 0 && errno == EINTR) {
+    while (flock(m_descriptor, LOCK_EX) != 0) {
+        if (errno != EINTR) {
+            const std::string reason = std::strerror(errno);
+            close(m_descriptor);
+            throw std::runtime_error("cannot lock " + QFile::encodeName(path).toStdString() + ": " + reason);
+        }
     }
 }
 

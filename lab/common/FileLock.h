@@ -9,7 +9,8 @@ namespace corvanta::lab {
 /// process ends, whatever the way.
 class FileLock {
 public:
-    /// Creates the file if needed and waits for the lock. Throws std::runtime_error when the file cannot be opened.
+    /// Creates the file if needed and waits for the lock. Throws std::runtime_error when the file cannot be opened or
+    /// locked: nobody goes on without the lock.
     explicit FileLock(const QString& path);
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;

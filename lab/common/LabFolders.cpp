@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "LabFolders.h"
 
+#include "LabHome.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -11,30 +13,18 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace corvanta::lab {
 
-namespace {
-
-QString environmentPath(const char* name) {
-    const QByteArray value = qgetenv(name);
-    return value.isEmpty() ? QString() : QDir::cleanPath(QFile::decodeName(value));
-}
-
-} // namespace
-
 QString programFolder() {
     return QFileInfo(QFile::symLinkTarget(u"/proc/self/exe"_s)).path();
 }
 
 QString homeFolder() {
-    if (const QString path = environmentPath("CORVANTA_LAB_HOME"); !path.isEmpty()) {
-        return path;
-    }
-    const QString data = environmentPath("XDG_DATA_HOME");
-    return (data.isEmpty() ? QDir::homePath() + u"/.local/share"_s : data) + u"/corvanta-lab"_s;
+    return QFile::decodeName(labHome().c_str());
 }
 
 QString deviceSetFolder() {
-    const QString path = environmentPath("CORVANTA_DEVICE_SET");
-    return path.isEmpty() ? homeFolder() + u"/Devices"_s : path;
+    const QByteArray chosen = qgetenv("CORVANTA_DEVICE_SET");
+    return chosen.isEmpty() ? homeFolder() + u"/Devices"_s
+                            : QFile::decodeName(absolutePath(chosen.toStdString()).c_str());
 }
 
 void createPrivateFolder(const QString& path) {

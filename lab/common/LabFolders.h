@@ -8,11 +8,10 @@ namespace corvanta::lab {
 /// The folder that holds the lab's programs: that of the running program itself.
 [[nodiscard]] QString programFolder();
 
-/// The folder with the lab's data: `CORVANTA_LAB_HOME`, else `corvanta-lab` in the user's data folder. Not created
-/// here.
+/// The folder with the lab's data, absolute; `labHome()` says which. Not created here.
 [[nodiscard]] QString homeFolder();
 
-/// The folder of the device set: `CORVANTA_DEVICE_SET`, else `Devices` in the home folder. Not created here.
+/// The folder of the device set, absolute: `CORVANTA_DEVICE_SET`, else `Devices` in the home folder. Not created here.
 [[nodiscard]] QString deviceSetFolder();
 
 /// Creates a folder with its parents, the last one readable by this user only. Throws std::runtime_error.

@@ -5,6 +5,7 @@
 #include "DeviceSet.h"
 #include "LabFolders.h"
 #include "OpenOptions.h"
+#include "SystemDescription.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -36,7 +37,7 @@ int fail(const QString& text) {
 }
 
 /// The devices whose windows are to be shown. Throws DeviceBusError and DeviceSetError.
-std::vector<Device> devicesToShow(const DeviceSet& set, const DeviceBus& bus) {
+std::vector<Device> devicesToShow(const DeviceSet& set, const DeviceBus& bus, const SystemDescription& system) {
     const std::vector<Device> all = set.devices();
     const QStringList running = bus.runningDevices();
     std::vector<Device> chosen;
@@ -45,7 +46,8 @@ std::vector<Device> devicesToShow(const DeviceSet& set, const DeviceBus& bus) {
         if (running.contains(device.udid)) {
             chosen.push_back(device);
         }
-        if (latest == nullptr || set.lastBooted(device) > set.lastBooted(*latest)) {
+        if (system.findRuntime(device.runtime) != nullptr &&
+            (latest == nullptr || set.lastBooted(device) > set.lastBooted(*latest))) {
             latest = &device;
         }
     }
@@ -57,6 +59,7 @@ std::vector<Device> devicesToShow(const DeviceSet& set, const DeviceBus& bus) {
 
 int openSimulator(const OpenOptions& options) {
     DeviceSet set = DeviceSet::open();
+    const SystemDescription system = SystemDescription::load();
     DeviceBus bus;
     std::vector<Device> devices;
     if (const QString udid = options.applicationOption(u"-CurrentDeviceUDID"_s); !udid.isEmpty()) {
@@ -66,23 +69,35 @@ int openSimulator(const OpenOptions& options) {
         }
         devices.push_back(*device);
     } else {
-        devices = devicesToShow(set, bus);
+        devices = devicesToShow(set, bus, system);
     }
     for (const Device& device : devices) {
-        if (!bus.isNameOwned(deviceBusName(device.udid)) && bootDevice(bus, set, device) == BootResult::failed) {
+        const bool isRunning = bus.isNameOwned(deviceBusName(device.udid));
+        if (!isRunning && system.findRuntime(device.runtime) == nullptr) {
+            return fail(u"Unable to boot %1: its runtime %2 is not installed.\n"_s.arg(device.name, device.runtime));
+        }
+        if (!isRunning && bootDevice(bus, set, device) == BootResult::failed) {
             return fail(u"Unable to boot the Simulator. See %1/device.log\n"_s.arg(set.folderOf(device)));
         }
-        bus.call(device.udid, "ShowWindow", windowLimit);
+        bus.call(device.udid, options.inBackground ? "ShowWindowInBackground" : "ShowWindow", windowLimit);
     }
-    return 0;
+    return devices.empty() ? fail(u"Unable to open Simulator: no device can be booted.\n"_s) : 0;
 }
 
-/// The words as addresses, files made absolute; absent with a text on standard error for a file that is not there.
+/// The words as addresses, files made absolute; absent with a text on standard error for a file that is not there and
+/// for an address that is no browser's.
 std::optional<QStringList> addresses(const QStringList& items) {
+    static const QStringList schemes{u"http"_s, u"https"_s, u"file"_s, u"data"_s, u"about"_s};
     static const QRegularExpression scheme(u"^[A-Za-z][A-Za-z0-9+.-]*:"_s);
     QStringList result;
     for (const QString& item : items) {
         if (scheme.match(item).hasMatch()) {
+            if (!schemes.contains(item.section(u':', 0, 0).toLower())) {
+                fail(
+                    u"No application knows how to open URL %1 (Error Domain=NSOSStatusErrorDomain Code=-10814)\n"_s.arg(
+                        item));
+                return std::nullopt;
+            }
             result.append(item);
             continue;
         }

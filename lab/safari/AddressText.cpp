@@ -3,7 +3,7 @@
 
 #include "GlibPointers.h"
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -37,4 +37,4 @@ std::string addressFromText(const std::string& text) {
     return (isThisMachine(address) ? "http://" : "https://") + address;
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -7,7 +7,7 @@
 
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -58,6 +58,7 @@ BrowserWindow::BrowserWindow(GtkApplication* application, Handlers handlers)
                           nullptr, static_cast<GConnectFlags>(G_CONNECT_SWAPPED | G_CONNECT_AFTER));
 
     m_quit = handlers.quit;
+    m_showSettings = handlers.showSettings;
     // Letting the window go by itself would take the menus away from under those who keep them up to date.
     g_signal_connect_swapped(m_window, "delete-event", G_CALLBACK(+[](BrowserWindow* self) -> gboolean {
                                  self->m_quit();
@@ -68,9 +69,11 @@ BrowserWindow::BrowserWindow(GtkApplication* application, Handlers handlers)
     GtkWidget* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_box_pack_start(GTK_BOX(column), m_menuBar, FALSE, FALSE, 0);
     gtk_box_pack_start(GTK_BOX(column), buildAddressRow(), FALSE, FALSE, 0);
+    gtk_box_pack_start(GTK_BOX(column), buildDeveloperHint(), FALSE, FALSE, 0);
     gtk_box_pack_start(GTK_BOX(column), m_tabs, TRUE, TRUE, 0);
     gtk_container_add(GTK_CONTAINER(m_window), column);
     gtk_widget_show_all(column);
+    gtk_widget_hide(m_developerHint);
 }
 
 BrowserWindow::~BrowserWindow() {
@@ -146,6 +149,31 @@ GtkWidget* BrowserWindow::buildAddressRow() {
         gtk_box_pack_start(GTK_BOX(row), button, FALSE, FALSE, 0);
     gtk_box_pack_start(GTK_BOX(row), m_entry, TRUE, TRUE, 0);
     return row;
+}
+
+GtkWidget* BrowserWindow::buildDeveloperHint() {
+    m_developerHint = gtk_info_bar_new();
+    GtkInfoBar* const bar = GTK_INFO_BAR(m_developerHint);
+    gtk_info_bar_set_message_type(bar, GTK_MESSAGE_WARNING);
+    gtk_info_bar_add_button(bar, "_Open Settings…", GTK_RESPONSE_ACCEPT);
+    gtk_info_bar_add_button(bar, "_Not Now", GTK_RESPONSE_CLOSE);
+    GtkWidget* const text = gtk_label_new("Features for web developers are off, so there is no Develop menu. Turn on "
+                                          "“Show features for web developers” in Settings › Advanced.");
+    gtk_label_set_xalign(GTK_LABEL(text), 0);
+    gtk_label_set_line_wrap(GTK_LABEL(text), TRUE);
+    gtk_container_add(GTK_CONTAINER(gtk_info_bar_get_content_area(bar)), text);
+    g_signal_connect(bar, "response", G_CALLBACK(+[](GtkWidget*, int response, BrowserWindow* self) {
+                         if (response == GTK_RESPONSE_ACCEPT)
+                             self->m_showSettings();
+                         else
+                             self->setDeveloperHint(false);
+                     }),
+                     this);
+    return m_developerHint;
+}
+
+void BrowserWindow::setDeveloperHint(bool isShown) {
+    gtk_widget_set_visible(m_developerHint, isShown ? TRUE : FALSE);
 }
 
 void BrowserWindow::show(Appearance appearance) {
@@ -280,4 +308,4 @@ WebKitWebView* BrowserWindow::currentView() const {
     return page ? WEBKIT_WEB_VIEW(page) : nullptr;
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

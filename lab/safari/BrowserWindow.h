@@ -9,7 +9,7 @@
 #include <functional>
 #include <string>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// How a window first appears.
 enum class Appearance {
@@ -38,6 +38,10 @@ public:
     /// Puts the Develop item into the menu bar, or takes it out.
     void setDevelopItem(GtkWidget* item);
 
+    /// Says below the address row that the developer features are off, with a button that opens the settings, or stops
+    /// saying so. A person may close the bar; it is back when this is called again.
+    void setDeveloperHint(bool isShown);
+
     /// The start page when `address` is empty.
     void openTab(const std::string& address);
 
@@ -48,6 +52,7 @@ public:
 private:
     void buildMenus(const Handlers& handlers);
     GtkWidget* buildAddressRow();
+    GtkWidget* buildDeveloperHint();
     WebKitWebView* addView(WebKitWebView* related);
     void closeTab(GtkWidget* view);
     void openAddress();
@@ -58,6 +63,7 @@ private:
     [[nodiscard]] WebKitWebView* currentView() const;
 
     std::function<void()> m_quit;
+    std::function<void()> m_showSettings;
     GtkWidget* m_window;
     GtkWidget* m_menuBar;
     GtkWidget* m_tabs;
@@ -66,7 +72,8 @@ private:
     GtkWidget* m_forward = nullptr;
     GtkWidget* m_reload = nullptr;
     GtkWidget* m_developItem = nullptr;
+    GtkWidget* m_developerHint = nullptr;
     GlibPointer<GtkAccelGroup> m_accelerators;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

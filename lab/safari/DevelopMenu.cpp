@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -188,4 +188,4 @@ void DevelopMenu::setTargets(const std::string& busName, const InspectableTarget
         (*device)->setTargets(targets);
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// The Develop item of the menu bar with a submenu for each booted device.
 ///
@@ -49,4 +49,4 @@ private:
     std::vector<std::unique_ptr<DeviceItem>> m_devices;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -10,7 +10,7 @@
 #include <chrono>
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// What Safari holds of one booted device: the line to its server, its settled pages and their inspectors.
 class Developer::Device {
@@ -99,4 +99,4 @@ void Developer::inspect(const std::string& busName, const TargetIdentifier& targ
         device->second->inspect(target);
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Keeps a Develop menu true to the booted devices and their pages, and opens the inspectors that are asked for.
 /// Main thread only.
@@ -33,4 +33,4 @@ private:
     DeviceWatcher m_watcher;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -6,7 +6,7 @@
 #include <optional>
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -14,6 +14,7 @@ constexpr const char* deviceNamePrefix = "dev.corvanta.Lab.Device";
 constexpr const char* devicePath = "/dev/corvanta/Lab/Device";
 constexpr const char* deviceInterface = "dev.corvanta.Lab.Device1";
 constexpr int answerLimit = 5000;
+constexpr guint askAgainInterval = 500;
 
 bool isDeviceName(const char* name) {
     return g_str_has_prefix(name, deviceNamePrefix) && name[std::strlen(deviceNamePrefix)] == '.';
@@ -29,6 +30,7 @@ std::string property(GVariant* properties, const char* name) {
 
 struct DeviceWatcher::Entry {
     std::optional<LabDevice> device;
+    SourceGuard retry;
 };
 
 struct DeviceWatcher::Request {
@@ -114,12 +116,20 @@ void DeviceWatcher::readProperties(const std::string& busName) {
         m_cancellable.get(),
         [](GObject* bus, GAsyncResult* result, gpointer data) {
             const std::unique_ptr<Request> request(static_cast<Request*>(data));
-            const GlibPointer<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
-            if (!answer)
+            GError* rawError = nullptr;
+            const GlibPointer<GVariant> answer(
+                g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, &rawError));
+            const GlibPointer<GError> error(rawError);
+            // The watcher is gone.
+            if (g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED))
                 return;
             const auto entry = request->watcher->m_entries.find(request->busName);
             if (entry == request->watcher->m_entries.end())
                 return;
+            if (!answer) {
+                request->watcher->askAgain(request->busName);
+                return;
+            }
             const GlibPointer<GVariant> properties(g_variant_get_child_value(answer.get(), 0));
             LabDevice device{
                 .busName = request->busName,
@@ -136,6 +146,18 @@ void DeviceWatcher::readProperties(const std::string& busName) {
         new Request{this, busName});
 }
 
+void DeviceWatcher::askAgain(const std::string& busName) {
+    m_entries.at(busName)->retry.set(g_timeout_add_full(
+        G_PRIORITY_DEFAULT, askAgainInterval,
+        [](gpointer data) -> gboolean {
+            const auto* const request = static_cast<Request*>(data);
+            request->watcher->m_entries.at(request->busName)->retry.forget();
+            request->watcher->readProperties(request->busName);
+            return G_SOURCE_REMOVE;
+        },
+        new Request{this, busName}, [](gpointer data) { delete static_cast<Request*>(data); }));
+}
+
 void DeviceWatcher::publish() {
     std::vector<LabDevice> devices;
     for (const auto& [busName, entry] : m_entries) {
@@ -146,4 +168,4 @@ void DeviceWatcher::publish() {
     m_onDevices(devices);
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

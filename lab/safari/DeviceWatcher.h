@@ -9,11 +9,12 @@
 #include <string>
 #include <vector>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Knows the device processes on the session bus, by the bus's own signals.
 ///
-/// A process that does not answer is not listed and holds nobody up. Main thread only.
+/// A process that does not answer, or answers with an error, is not listed and holds nobody up; it is asked again until
+/// it has answered or gone. Main thread only.
 class DeviceWatcher {
 public:
     using DevicesHandler = std::function<void(const std::vector<LabDevice>&)>;
@@ -33,6 +34,7 @@ private:
     void appeared(const std::string& busName);
     void vanished(const std::string& busName);
     void readProperties(const std::string& busName);
+    void askAgain(const std::string& busName);
     void publish();
 
     GlibPointer<GDBusConnection> m_bus;
@@ -43,4 +45,4 @@ private:
     std::map<std::string, std::unique_ptr<Entry>> m_entries;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 struct GlibDeleter {
     void operator()(char* text) const { g_free(text); }
@@ -63,4 +63,4 @@ private:
     guint m_identifier = 0;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

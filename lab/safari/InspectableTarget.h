@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Names a page for the whole life of a device's inspector server: numbers are never given twice.
 struct TargetIdentifier {
@@ -29,4 +29,4 @@ struct InspectableTarget {
 /// In the order of opening: a server counts its targets upwards.
 using InspectableTargets = std::vector<InspectableTarget>;
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -27,6 +27,20 @@ InspectorChannel::~InspectorChannel() {
 }
 
 void InspectorChannel::send(const std::vector<std::byte>& frame) {
+    if (m_closing.isSet())
+        return;
+    if (m_waiting > maximumWaiting) {
+        // Whoever sends does not expect to be told of the end from within.
+        m_closing.set(g_idle_add(
+            [](gpointer self) -> gboolean {
+                static_cast<InspectorChannel*>(self)->m_closing.forget();
+                static_cast<InspectorChannel*>(self)->close();
+                return G_SOURCE_REMOVE;
+            },
+            this));
+        return;
+    }
+    m_waiting += frame.size();
     m_outgoing.emplace_back(g_bytes_new(frame.data(), frame.size()));
     if (m_outgoing.size() == 1)
         writeMore();
@@ -80,6 +94,7 @@ void InspectorChannel::written(gssize size) {
     GlibPointer<GBytes>& front = m_outgoing.front();
     const gsize whole = g_bytes_get_size(front.get());
     const auto part = static_cast<gsize>(size);
+    m_waiting -= part;
     if (part < whole)
         front.reset(g_bytes_new_from_bytes(front.get(), part, whole - part));
     else
@@ -94,4 +109,4 @@ void InspectorChannel::close() {
     onClosed();
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

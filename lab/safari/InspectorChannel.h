@@ -5,17 +5,21 @@
 #include "InspectorFrames.h"
 
 #include <array>
+#include <cstddef>
 #include <deque>
 #include <functional>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// One open connection of the inspector protocol. Main thread only.
 class InspectorChannel {
 public:
+    /// How many bytes may wait for a side that does not read before the next frame is one too many.
+    static constexpr std::size_t maximumWaiting = std::size_t{64} << 20;
+
     struct Handlers {
         std::function<void(const InspectorFrame&)> onFrame;
-        /// The other side has gone or talks nonsense; it may destroy the channel.
+        /// The other side has gone, talks nonsense or does not read; it may destroy the channel.
         std::function<void()> onClosed;
     };
 
@@ -25,7 +29,8 @@ public:
     InspectorChannel& operator=(const InspectorChannel&) = delete;
     ~InspectorChannel();
 
-    /// Sends behind everything sent before, without ever waiting.
+    /// Sends behind everything sent before, without ever waiting. When too much waits already, the frame is dropped and
+    /// the channel is closed: a side that stopped reading must not use up the memory of this one.
     void send(const std::vector<std::byte>& frame);
 
 private:
@@ -41,6 +46,8 @@ private:
     InspectorFrameReader m_reader;
     std::array<std::byte, 65536> m_buffer{};
     std::deque<GlibPointer<GBytes>> m_outgoing;
+    std::size_t m_waiting = 0;
+    SourceGuard m_closing;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -3,7 +3,7 @@
 
 #include <charconv>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -52,4 +52,4 @@ std::optional<InspectorCommand> parseCommand(std::string_view line) {
     return command;
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <variant>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Open the inspector of a page.
 struct InspectCommand {
@@ -40,4 +40,4 @@ using InspectorCommand = std::variant<InspectCommand, PresentCommand, RetitleCom
 /// Reads a line without its line feed; nothing when it is no command.
 [[nodiscard]] std::optional<InspectorCommand> parseCommand(std::string_view line);
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -7,7 +7,7 @@
 #include <bit>
 #include <cstring>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -120,4 +120,4 @@ std::optional<TargetList> decodeTargetList(const InspectorFrame& frame) {
     return list;
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

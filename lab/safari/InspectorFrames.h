@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// One message of the WebKit remote inspector's socket protocol (GLib ports, WebKitGTK 2.50).
 ///
@@ -28,8 +28,8 @@ struct InspectorFrame {
 /// Cuts a byte stream into frames. It trusts nothing: a stream that cannot be right is malformed for good.
 class InspectorFrameReader {
 public:
-    /// Far above the heap snapshots and resources that inspectors are sent.
-    static constexpr std::size_t maximumBodySize = std::size_t{1} << 30;
+    /// 128 MiB: far above the heap snapshots and resources that inspectors are sent.
+    static constexpr std::size_t maximumBodySize = std::size_t{128} << 20;
 
     void append(std::span<const std::byte> bytes);
 
@@ -63,4 +63,4 @@ struct TargetList {
 /// What a "SetTargetList" frame says; nothing for other frames and for damaged ones.
 [[nodiscard]] std::optional<TargetList> decodeTargetList(const InspectorFrame& frame);
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -78,4 +78,4 @@ void InspectorPool::startSpare() {
     });
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// The inspectors of one device: never more than one for a page, since a second one ends the device's pages' process
 /// (WebKitGTK 2.50).
@@ -43,4 +43,4 @@ private:
     SourceGuard m_spareTimer;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

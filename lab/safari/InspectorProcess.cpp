@@ -3,7 +3,7 @@
 
 #include "InspectorCommands.h"
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -65,4 +65,4 @@ void InspectorProcess::send(const std::string& line) {
     g_pollable_output_stream_write_nonblocking(pipe, line.data(), line.size(), nullptr, nullptr);
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// One SafariInspector process, steered by lines on its standard input (see InspectorCommands.h).
 ///
@@ -42,4 +42,4 @@ private:
     std::function<void()> m_onExit;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

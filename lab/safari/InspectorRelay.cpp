@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -179,4 +179,4 @@ void InspectorRelay::publish() {
     m_onTargets(std::move(all));
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

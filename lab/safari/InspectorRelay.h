@@ -11,7 +11,7 @@
 #include <memory>
 #include <string>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Stands between a device's inspector server and everyone in Safari who has to do with it.
 ///
@@ -72,4 +72,4 @@ private:
     SourceGuard m_retry;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -6,7 +6,7 @@
 #include <charconv>
 #include <vector>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -49,4 +49,4 @@ bool comesBefore(const LabDevice& left, const LabDevice& right) {
     return left.busName < right.busName;
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

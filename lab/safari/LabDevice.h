@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// A booted or booting device as its process describes itself on the session bus.
 struct LabDevice {
@@ -27,4 +27,4 @@ struct LabDevice {
 /// the newest runtime first where names are alike, then by bus name.
 [[nodiscard]] bool comesBefore(const LabDevice& left, const LabDevice& right);
 
-} // namespace corvanta
+} // namespace corvanta::lab

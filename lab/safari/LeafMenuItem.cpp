@@ -3,7 +3,7 @@
 
 #include <gtk/gtk-a11y.h>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -52,4 +52,4 @@ GtkWidget* makeLeafMenuItem(const char* title) {
     return GTK_WIDGET(g_object_new(leafItemType(), "label", title, nullptr));
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -3,7 +3,7 @@
 
 #include <gtk/gtk.h>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// A menu item without a submenu that can be pressed through the accessibility bus while its menu is closed.
 ///
@@ -12,4 +12,4 @@ namespace corvanta {
 /// reference.
 [[nodiscard]] GtkWidget* makeLeafMenuItem(const char* title);
 
-} // namespace corvanta
+} // namespace corvanta::lab

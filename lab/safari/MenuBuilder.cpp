@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 MenuBuilder::MenuBuilder(GtkMenuShell* bar, const char* title, GtkAccelGroup* accelerators)
     : m_root(gtk_menu_item_new_with_label(title))
@@ -46,4 +46,4 @@ GtkWidget* makeActionItem(const char* title, MenuBuilder::Action action) {
     return item;
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

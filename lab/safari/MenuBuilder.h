@@ -5,7 +5,7 @@
 
 #include <functional>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Builds one menu of a menu bar, item by item, with keyboard shortcuts.
 class MenuBuilder {
@@ -31,4 +31,4 @@ private:
 /// A menu item that runs `action` when it is chosen; not yet shown.
 [[nodiscard]] GtkWidget* makeActionItem(const char* title, MenuBuilder::Action action);
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::string pageTitle(const std::string& url) {
     return shortened(part.empty() ? host : host + " — " + part);
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

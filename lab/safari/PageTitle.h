@@ -3,11 +3,11 @@
 
 #include <string>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// How the Develop menu names the page at `url`: "host — last path part", the host alone when the path has no parts,
 /// the file name or the whole address when there is no host, "about:blank" for an empty page. Always one line of valid
 /// UTF-8, never empty; escapes in the path part are resolved where that gives readable text.
 [[nodiscard]] std::string pageTitle(const std::string& url);
 
-} // namespace corvanta
+} // namespace corvanta::lab

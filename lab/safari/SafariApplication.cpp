@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 SafariApplication::SafariApplication()
     : m_application(gtk_application_new("com.apple.Safari", G_APPLICATION_HANDLES_COMMAND_LINE)) {
@@ -100,6 +100,7 @@ void SafariApplication::handleCommandLine(GApplicationCommandLine* commandLine) 
     }
     if (isFirst && !hasOpened)
         m_browser->openTab({});
+    m_browser->setDeveloperHint(!m_settings->developerFeatures());
     if (isFirst)
         m_browser->show(staysInBackground ? Appearance::inBackground : Appearance::inFront);
     else if (!staysInBackground)
@@ -107,6 +108,8 @@ void SafariApplication::handleCommandLine(GApplicationCommandLine* commandLine) 
 }
 
 void SafariApplication::applySettings() {
+    if (m_browser)
+        m_browser->setDeveloperHint(!m_settings->developerFeatures());
     if (m_browser && m_developer)
         m_browser->setDevelopItem(m_settings->developerFeatures() ? m_developer->menu().item() : nullptr);
     if (m_settingsWindow)
@@ -119,4 +122,4 @@ void SafariApplication::showAbout() {
                           "logo-icon-name", "web-browser", "license-type", GTK_LICENSE_MIT_X11, nullptr);
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

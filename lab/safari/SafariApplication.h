@@ -11,7 +11,7 @@
 
 #include <optional>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Safari's process: one instance on the session bus, one browser window, the Develop menu and the settings.
 /// Main thread only.
@@ -40,4 +40,4 @@ private:
     std::optional<SettingsWindow> m_settingsWindow;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

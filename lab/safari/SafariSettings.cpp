@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "SafariSettings.h"
 
+#include "LabHome.h"
+
 #include <json-glib/json-glib.h>
 
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -20,13 +22,6 @@ JsonObject* rootObject(JsonParser* parser, const std::string& path) {
 }
 
 } // namespace
-
-std::string labHome() {
-    if (const char* const home = g_getenv("CORVANTA_LAB_HOME"); home && *home != '\0')
-        return home;
-    const GlibPointer<char> path(g_build_filename(g_get_user_data_dir(), "corvanta-lab", nullptr));
-    return path.get();
-}
 
 SafariSettings::SafariSettings(std::function<void()> onChange)
     : m_onChange(std::move(onChange)) {
@@ -79,4 +74,4 @@ std::string SafariSettings::setDeveloperFeatures(bool enabled) {
     return error ? error->message : std::string();
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -6,10 +6,7 @@
 #include <functional>
 #include <string>
 
-namespace corvanta {
-
-/// Where the lab keeps its data: `$CORVANTA_LAB_HOME`, else a folder in the user's data folder.
-[[nodiscard]] std::string labHome();
+namespace corvanta::lab {
 
 /// Safari's settings, kept in the lab home's `safari.json`. Main thread only.
 ///
@@ -37,4 +34,4 @@ private:
     GlibPointer<GFileMonitor> m_monitor;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "SettingsWindow.h"
 
-namespace corvanta {
+namespace corvanta::lab {
 
 SettingsWindow::SettingsWindow(SafariSettings& settings)
     : m_settings(settings) {}
@@ -15,6 +15,7 @@ void SettingsWindow::present(GtkWindow* over) {
     if (!m_window)
         build(over);
     refresh();
+    gtk_widget_grab_focus(m_switch);
     gtk_window_present(GTK_WINDOW(m_window));
 }
 
@@ -30,6 +31,13 @@ void SettingsWindow::build(GtkWindow* over) {
     gtk_window_set_type_hint(GTK_WINDOW(m_window), GDK_WINDOW_TYPE_HINT_DIALOG);
     gtk_window_set_resizable(GTK_WINDOW(m_window), FALSE);
     g_signal_connect(m_window, "delete-event", G_CALLBACK(gtk_widget_hide_on_delete), nullptr);
+    g_signal_connect(m_window, "key-press-event", G_CALLBACK(+[](GtkWidget* window, GdkEventKey* event) -> gboolean {
+                         if (event->keyval != GDK_KEY_Escape)
+                             return FALSE;
+                         gtk_widget_hide(window);
+                         return TRUE;
+                     }),
+                     nullptr);
 
     GtkWidget* const title = gtk_label_new_with_mnemonic("_Show features for web developers");
     GtkWidget* const explanation = gtk_label_new("Adds the Develop menu, which opens the Web Inspector on the pages of "
@@ -61,8 +69,12 @@ void SettingsWindow::build(GtkWindow* over) {
     gtk_grid_attach(GTK_GRID(grid), explanation, 0, 1, 1, 1);
     gtk_grid_attach(GTK_GRID(grid), m_switch, 1, 0, 1, 2);
     gtk_grid_attach(GTK_GRID(grid), m_problem, 0, 2, 2, 1);
-    gtk_container_add(GTK_CONTAINER(m_window), grid);
-    gtk_widget_show_all(grid);
+
+    GtkWidget* const panes = gtk_notebook_new();
+    gtk_notebook_set_show_border(GTK_NOTEBOOK(panes), FALSE);
+    gtk_notebook_append_page(GTK_NOTEBOOK(panes), grid, gtk_label_new("Advanced"));
+    gtk_container_add(GTK_CONTAINER(m_window), panes);
+    gtk_widget_show_all(panes);
     gtk_widget_hide(m_problem);
 }
 
@@ -72,4 +84,4 @@ void SettingsWindow::store(bool enabled) {
     gtk_widget_set_visible(m_problem, !problem.empty());
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

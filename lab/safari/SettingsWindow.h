@@ -5,9 +5,9 @@
 
 #include <gtk/gtk.h>
 
-namespace corvanta {
+namespace corvanta::lab {
 
-/// The window of Safari > Settings…. Shown once at a time. Main thread only.
+/// The window of Safari > Settings…, with its pane "Advanced". Shown once at a time. Main thread only.
 class SettingsWindow {
 public:
     explicit SettingsWindow(SafariSettings& settings);
@@ -15,6 +15,7 @@ public:
     SettingsWindow& operator=(const SettingsWindow&) = delete;
     ~SettingsWindow();
 
+    /// Brings the window forward, with the focus on the switch of the developer features.
     void present(GtkWindow* over);
     /// Shows the settings as they are now.
     void refresh();
@@ -29,4 +30,4 @@ private:
     GtkWidget* m_problem = nullptr;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

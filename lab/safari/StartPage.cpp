@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "StartPage.h"
 
-namespace corvanta {
+namespace corvanta::lab {
 
 const char* startPage() {
     return R"(<!doctype html>
@@ -38,11 +38,11 @@ const char* startPage() {
     <li><span>Choose the device in the <b>Develop</b> menu, then the page.</span></li>
     <li><span>The page&rsquo;s Web Inspector opens in a window of its own.</span></li>
   </ol>
-  <p class="note">No Develop menu? Turn on &ldquo;Show features for web developers&rdquo; in Safari &rsaquo; Settings.</p>
+  <p class="note">No Develop menu? Turn on &ldquo;Show features for web developers&rdquo; in Safari &rsaquo; Settings &rsaquo; Advanced.</p>
 </main>
 </body>
 </html>
 )";
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -66,4 +66,4 @@ void TargetListSettler::show(TimePoint now) {
         m_firstChange = now;
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

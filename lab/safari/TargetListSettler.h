@@ -7,7 +7,7 @@
 #include <map>
 #include <optional>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Turns a device's stream of page lists into settled ones, so that a menu never shows what was true for an instant
 /// only.
@@ -45,4 +45,4 @@ private:
     TimePoint m_lastChange;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

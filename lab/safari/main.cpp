@@ -12,6 +12,6 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     g_set_prgname("com.apple.Safari");
     g_set_application_name("Safari");
-    corvanta::SafariApplication application;
+    corvanta::lab::SafariApplication application;
     return application.run(argc, argv);
 }

@@ -29,6 +29,7 @@ constexpr char introspection[] = R"xml(<node>
     </method>
     <method name="ClearLocation"/>
     <method name="ShowWindow"/>
+    <method name="ShowWindowInBackground"/>
     <method name="Shutdown"/>
   </interface>
 </node>)xml";
@@ -122,8 +123,9 @@ void DeviceService::handleCall(GDBusConnection*, const char*, const char*, const
 }
 
 void DeviceService::answer(const QString& method, GVariant* arguments, GDBusMethodInvocation* call) {
-    if (method == u"ShowWindow") {
-        m_actions.showWindow([call] { g_dbus_method_invocation_return_value(call, nullptr); });
+    if (method == u"ShowWindow" || method == u"ShowWindowInBackground") {
+        m_actions.showWindow(method == u"ShowWindow" ? WindowFocus::take : WindowFocus::leave,
+                             [call] { g_dbus_method_invocation_return_value(call, nullptr); });
         return;
     }
     if (method == u"Shutdown") {

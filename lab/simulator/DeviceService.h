@@ -11,13 +11,20 @@ typedef struct _GVariant GVariant;
 
 namespace corvanta::lab {
 
+/// Whether a window that is shown comes forward.
+enum class WindowFocus {
+    take,
+    /// The window that has the focus keeps it, and a window that is there already stays where it is.
+    leave,
+};
+
 /// What a device offers on the session bus. Called on the main thread.
 struct DeviceActions {
     std::function<void(const QString&)> openURL;
     std::function<void(double, double)> setLocation;
     std::function<void()> clearLocation;
     /// Calls back once the window is mapped.
-    std::function<void(std::function<void()>)> showWindow;
+    std::function<void(WindowFocus, std::function<void()>)> showWindow;
     std::function<void()> shutdown;
 };
 

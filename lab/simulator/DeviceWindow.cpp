@@ -182,22 +182,37 @@ void DeviceWindow::moveContentTo(GtkWidget* parent) {
     gtk_container_add(GTK_CONTAINER(parent), m_content);
 }
 
-void DeviceWindow::show(std::function<void()> then) {
+void DeviceWindow::show(WindowFocus focus, std::function<void()> then) {
+    const bool isBroughtForward = focus == WindowFocus::take;
     if (gtk_widget_get_mapped(m_window)) {
-        gtk_window_present_with_time(GTK_WINDOW(m_window), gdk_x11_get_server_time(gtk_widget_get_window(m_window)));
+        if (isBroughtForward) {
+            present();
+        }
         then();
         return;
     }
     m_waiting.push_back(std::move(then));
     if (gtk_widget_get_visible(m_window)) {
-        gtk_window_present(GTK_WINDOW(m_window));
+        if (isBroughtForward) {
+            gtk_window_set_focus_on_map(GTK_WINDOW(m_window), TRUE);
+            gtk_window_present(GTK_WINDOW(m_window));
+        }
         return;
     }
     moveContentTo(m_window);
     gtk_widget_realize(m_window);
-    gtk_window_present_with_time(GTK_WINDOW(m_window), gdk_x11_get_server_time(gtk_widget_get_window(m_window)));
+    gtk_window_set_focus_on_map(GTK_WINDOW(m_window), isBroughtForward ? TRUE : FALSE);
+    if (isBroughtForward) {
+        present();
+    } else {
+        gtk_widget_show(m_window);
+    }
     m_pages->focus();
     m_shown(true);
+}
+
+void DeviceWindow::present() {
+    gtk_window_present_with_time(GTK_WINDOW(m_window), gdk_x11_get_server_time(gtk_widget_get_window(m_window)));
 }
 
 void DeviceWindow::hide() {

@@ -4,6 +4,7 @@
 #include "BrowserBar.h"
 #include "BrowserPages.h"
 #include "DeviceLayout.h"
+#include "DeviceService.h"
 
 #include <QString>
 
@@ -28,14 +29,16 @@ public:
 
     [[nodiscard]] BrowserPages& pages() { return *m_pages; }
 
-    /// Puts the window on the desktop if needed and brings it forward; `then` is called once it is mapped.
-    void show(std::function<void()> then);
+    /// Puts the window on the desktop if needed and brings it forward, unless the focus is to be left where it is;
+    /// `then` is called once it is mapped.
+    void show(WindowFocus focus, std::function<void()> then);
 
     /// Takes the window off the desktop; the device goes on.
     void hide();
 
 private:
     void makeWindow(const QString& title);
+    void present();
     void moveContentTo(GtkWidget* parent);
     bool handleKey(const GdkEventKey& event);
     void followSize(QSize area);

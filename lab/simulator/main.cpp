@@ -4,6 +4,7 @@
 #include "DeviceSet.h"
 #include "DeviceWindow.h"
 #include "InspectorServer.h"
+#include "SystemDescription.h"
 
 #include <QDir>
 #include <QFile>
@@ -50,20 +51,36 @@ std::vector<pid_t> children() {
     return result;
 }
 
+/// Waits until each of the processes has ended, or until the deadline. Those that outstay it remain in the list.
+void awaitEnds(std::vector<int>& handles, std::chrono::steady_clock::time_point deadline) {
+    using namespace std::chrono;
+    std::erase_if(handles, [&](int handle) {
+        const auto rest = duration_cast<milliseconds>(deadline - steady_clock::now()).count();
+        pollfd ended{.fd = handle, .events = POLLIN, .revents = 0};
+        if (poll(&ended, 1, static_cast<int>(std::max<decltype(rest)>(rest, 0))) <= 0) {
+            return false;
+        }
+        close(handle);
+        return true;
+    });
+}
+
 /// Waits for the engine's processes, and ends those that outstay.
 void awaitChildren() {
     using namespace std::chrono;
-    const auto deadline = steady_clock::now() + seconds(2);
+    std::vector<int> handles;
     for (const pid_t process : children()) {
-        const int handle = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
-        if (handle < 0) {
-            continue;
+        if (const int handle = static_cast<int>(syscall(SYS_pidfd_open, process, 0)); handle >= 0) {
+            handles.push_back(handle);
         }
-        const auto rest = duration_cast<milliseconds>(deadline - steady_clock::now()).count();
-        pollfd ended{.fd = handle, .events = POLLIN, .revents = 0};
-        if (poll(&ended, 1, static_cast<int>(std::max<decltype(rest)>(rest, 0))) == 0) {
-            syscall(SYS_pidfd_send_signal, handle, SIGKILL, nullptr, 0);
-        }
+    }
+    awaitEnds(handles, steady_clock::now() + seconds(2));
+    for (const int handle : handles) {
+        syscall(SYS_pidfd_send_signal, handle, SIGKILL, nullptr, 0);
+    }
+    // A kill is a request too: the process is there until the system has taken it apart.
+    awaitEnds(handles, steady_clock::now() + seconds(5));
+    for (const int handle : handles) {
         close(handle);
     }
 }
@@ -106,7 +123,7 @@ int run(const Device& device, const DeviceType& type, const Runtime& runtime, ch
         .openURL = [&](const QString& url) { window->pages().open(url); },
         .setLocation = [&](double latitude, double longitude) { window->pages().location().set(latitude, longitude); },
         .clearLocation = [&] { window->pages().location().clear(); },
-        .showWindow = [&](std::function<void()> then) { window->show(std::move(then)); },
+        .showWindow = [&](WindowFocus focus, std::function<void()> then) { window->show(focus, std::move(then)); },
         .shutdown = [&] { g_main_loop_quit(loop.get()); }};
     service = std::make_unique<DeviceService>(
         DeviceService::Identity{device.udid, device.name, runtime.name, u"127.0.0.1:%1"_s.arg(port)},
@@ -122,9 +139,9 @@ int run(const Device& device, const DeviceType& type, const Runtime& runtime, ch
     while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
     }
     awaitChildren();
-    // The name is given up last, with the connection: who waits for it finds nothing left.
-    service.reset();
     std::fflush(nullptr);
+    // The names are given up by the end of the process alone, so that who waits for them finds nothing left: letting
+    // go of the connection before would leave a moment in which the device is off and its process is there.
     _exit(EXIT_SUCCESS);
 }
 
@@ -143,6 +160,9 @@ int main(int argc, char** argv) {
         const Runtime* runtime = findRuntime(device->runtime);
         if (type == nullptr || runtime == nullptr) {
             return fail("the device's type or runtime is not in the catalogue");
+        }
+        if (SystemDescription::load().findRuntime(device->runtime) == nullptr) {
+            return fail("the device's runtime is not installed");
         }
         return run(*device, *type, *runtime, argv);
     } catch (const std::exception& problem) {

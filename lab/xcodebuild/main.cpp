@@ -8,8 +8,19 @@
 
 using namespace corvanta::lab;
 
-int main(int argc, char** argv) {
+namespace {
+
+int run(int argc, char** argv) {
     const SystemDescription system = SystemDescription::load();
+    if (!system.xcode && !system.commandLineTools) {
+        std::fputs("xcode-select: note: No developer tools were found, requesting install.\n"
+                   "If developer tools are located at a non-default location on disk, use `sudo xcode-select --switch "
+                   "path/to/Xcode.app` to specify the Xcode that you wish to use for command line developer tools, and "
+                   "cancel the installation dialog.\n"
+                   "See `man xcode-select` for more details.\n",
+                   stderr);
+        return 1;
+    }
     if (!system.xcode) {
         std::fputs("xcode-select: error: tool 'xcodebuild' requires Xcode, but active developer directory "
                    "'/Library/Developer/CommandLineTools' is a command line tools instance\n",
@@ -27,4 +38,15 @@ int main(int argc, char** argv) {
     }
     std::fputs("xcodebuild: error: The device lab has no projects to build. Only -version is available.\n", stderr);
     return 64;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (const SystemDescriptionError& problem) {
+        std::fprintf(stderr, "xcodebuild: error: %s\n", problem.what());
+        return 1;
+    }
 }

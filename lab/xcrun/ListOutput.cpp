@@ -57,15 +57,15 @@ QJsonObject runtimeObject(const Runtime& runtime) {
 }
 
 /// Why the device cannot be used; empty when it can.
-QString availabilityError(const Device& device) {
-    if (findRuntime(device.runtime) == nullptr) {
+QString availabilityError(const Device& device, const SystemDescription& system) {
+    if (system.findRuntime(device.runtime) == nullptr) {
         return u"runtime profile not found using \"System\" match policy"_s;
     }
     return findDeviceType(device.deviceType) == nullptr ? u"device type profile not found"_s : QString();
 }
 
-QJsonObject deviceObject(const ListedDevice& listed) {
-    const QString problem = availabilityError(listed.device);
+QJsonObject deviceObject(const ListedDevice& listed, const SystemDescription& system) {
+    const QString problem = availabilityError(listed.device, system);
     QJsonObject object{{u"dataPath"_s, listed.folder + u"/data"_s},
                        {u"deviceTypeIdentifier"_s, listed.device.deviceType},
                        {u"isAvailable"_s, problem.isEmpty()},
@@ -82,8 +82,8 @@ QJsonObject deviceObject(const ListedDevice& listed) {
     return object;
 }
 
-bool isListed(const ListOptions& options, const ListedDevice& listed) {
-    if (options.onlyAvailable && !availabilityError(listed.device).isEmpty()) {
+bool isListed(const ListOptions& options, const ListedDevice& listed, const SystemDescription& system) {
+    if (options.onlyAvailable && !availabilityError(listed.device, system).isEmpty()) {
         return false;
     }
     const Runtime* runtime = findRuntime(listed.device.runtime);
@@ -91,10 +91,10 @@ bool isListed(const ListOptions& options, const ListedDevice& listed) {
                             runtime != nullptr ? runtime->name : listed.device.runtime});
 }
 
-/// Runtime identifiers in the order of the list: the known ones, then those that only devices name.
-QStringList runtimeOrder(const std::vector<ListedDevice>& devices) {
+/// Runtime identifiers in the order of the list: the installed ones, then those that only devices name.
+QStringList runtimeOrder(const std::vector<ListedDevice>& devices, const SystemDescription& system) {
     QStringList order;
-    for (const Runtime& runtime : runtimes()) {
+    for (const Runtime& runtime : system.runtimes) {
         order.append(runtime.identifier);
     }
     for (const ListedDevice& listed : devices) {
@@ -105,7 +105,8 @@ QStringList runtimeOrder(const std::vector<ListedDevice>& devices) {
     return order;
 }
 
-QByteArray jsonOutput(const ListOptions& options, const std::vector<ListedDevice>& devices) {
+QByteArray jsonOutput(const ListOptions& options, const std::vector<ListedDevice>& devices,
+                      const SystemDescription& system) {
     QJsonObject document;
     if (options.deviceTypes) {
         QJsonArray types;
@@ -118,7 +119,7 @@ QByteArray jsonOutput(const ListOptions& options, const std::vector<ListedDevice
     }
     if (options.runtimes) {
         QJsonArray known;
-        for (const Runtime& runtime : runtimes()) {
+        for (const Runtime& runtime : system.runtimes) {
             if (options.matches({runtime.name, runtime.identifier})) {
                 known.append(runtimeObject(runtime));
             }
@@ -127,11 +128,11 @@ QByteArray jsonOutput(const ListOptions& options, const std::vector<ListedDevice
     }
     if (options.devices) {
         QJsonObject byRuntime;
-        for (const QString& runtime : runtimeOrder(devices)) {
+        for (const QString& runtime : runtimeOrder(devices, system)) {
             QJsonArray entries;
             for (const ListedDevice& listed : devices) {
-                if (listed.device.runtime == runtime && isListed(options, listed)) {
-                    entries.append(deviceObject(listed));
+                if (listed.device.runtime == runtime && isListed(options, listed, system)) {
+                    entries.append(deviceObject(listed, system));
                 }
             }
             byRuntime[runtime] = entries;
@@ -144,16 +145,17 @@ QByteArray jsonOutput(const ListOptions& options, const std::vector<ListedDevice
     return spellJson(document) + '\n';
 }
 
-QString deviceLines(const ListOptions& options, const std::vector<ListedDevice>& devices) {
+QString deviceLines(const ListOptions& options, const std::vector<ListedDevice>& devices,
+                    const SystemDescription& system) {
     QString text;
-    for (const QString& identifier : runtimeOrder(devices)) {
-        const Runtime* runtime = findRuntime(identifier);
+    for (const QString& identifier : runtimeOrder(devices, system)) {
+        const Runtime* runtime = system.findRuntime(identifier);
         QString lines;
         for (const ListedDevice& listed : devices) {
-            if (listed.device.runtime != identifier || !isListed(options, listed)) {
+            if (listed.device.runtime != identifier || !isListed(options, listed, system)) {
                 continue;
             }
-            const QString problem = availabilityError(listed.device);
+            const QString problem = availabilityError(listed.device, system);
             lines += u"    %1 (%2) (%3) "_s.arg(listed.device.name, listed.device.udid, listed.state);
             lines += problem.isEmpty() ? u"\n"_s : u"(unavailable, %1)\n"_s.arg(problem);
         }
@@ -166,7 +168,8 @@ QString deviceLines(const ListOptions& options, const std::vector<ListedDevice>&
     return text;
 }
 
-QByteArray textOutput(const ListOptions& options, const std::vector<ListedDevice>& devices) {
+QByteArray textOutput(const ListOptions& options, const std::vector<ListedDevice>& devices,
+                      const SystemDescription& system) {
     QString text;
     if (options.deviceTypes) {
         text += u"== Device Types ==\n"_s;
@@ -178,7 +181,7 @@ QByteArray textOutput(const ListOptions& options, const std::vector<ListedDevice
     }
     if (options.runtimes) {
         text += u"== Runtimes ==\n"_s;
-        for (const Runtime& runtime : runtimes()) {
+        for (const Runtime& runtime : system.runtimes) {
             if (options.matches({runtime.name, runtime.identifier})) {
                 text += u"%1 (%2 - %3) - %4\n"_s.arg(runtime.name, runtime.version.toString(), runtime.build,
                                                      runtime.identifier);
@@ -186,7 +189,7 @@ QByteArray textOutput(const ListOptions& options, const std::vector<ListedDevice
         }
     }
     if (options.devices) {
-        text += u"== Devices ==\n"_s + deviceLines(options, devices);
+        text += u"== Devices ==\n"_s + deviceLines(options, devices, system);
     }
     if (options.pairs) {
         text += u"== Device Pairs ==\n"_s;
@@ -227,8 +230,9 @@ QByteArray spellJson(const QJsonValue& value) {
     return spell(value, 0);
 }
 
-QByteArray listOutput(const ListOptions& options, const std::vector<ListedDevice>& devices) {
-    return options.isJson ? jsonOutput(options, devices) : textOutput(options, devices);
+QByteArray listOutput(const ListOptions& options, const std::vector<ListedDevice>& devices,
+                      const SystemDescription& system) {
+    return options.isJson ? jsonOutput(options, devices, system) : textOutput(options, devices, system);
 }
 
 } // namespace corvanta::lab

@@ -3,6 +3,7 @@
 
 #include "DeviceSet.h"
 #include "ListOptions.h"
+#include "SystemDescription.h"
 
 #include <QByteArray>
 #include <QJsonValue>
@@ -21,8 +22,10 @@ struct ListedDevice {
     std::optional<QDateTime> lastBooted;
 };
 
-/// The whole output of `simctl list`, as text or as JSON by the options.
-[[nodiscard]] QByteArray listOutput(const ListOptions& options, const std::vector<ListedDevice>& devices);
+/// The whole output of `simctl list`, as text or as JSON by the options. Devices whose runtime is not installed on the
+/// system are listed as unavailable, and the runtime is not listed.
+[[nodiscard]] QByteArray listOutput(const ListOptions& options, const std::vector<ListedDevice>& devices,
+                                    const SystemDescription& system);
 
 /// A document as the Mac's tool spells it: two spaces a level, blanks on both sides of the colon, slashes escaped.
 [[nodiscard]] QByteArray spellJson(const QJsonValue& value);

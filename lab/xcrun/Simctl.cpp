@@ -7,6 +7,7 @@
 #include "DeviceSet.h"
 #include "ListOptions.h"
 #include "ListOutput.h"
+#include "SystemDescription.h"
 
 #include <QDir>
 #include <QFile>
@@ -29,6 +30,7 @@ constexpr auto statusDomain = "NSOSStatusErrorDomain"_L1;
 constexpr int invalidState = 405;
 constexpr int invalidDevice = 404;
 constexpr int incompatibleDevice = 403;
+constexpr int runtimeUnavailable = 401;
 constexpr int timedOut = 60;
 constexpr int applicationNotFound = -10814;
 constexpr int usageStatus = 64;
@@ -65,6 +67,7 @@ void print(const QString& text) {
 class Session {
 public:
     DeviceSet set = DeviceSet::open();
+    const SystemDescription system = SystemDescription::load();
 
     /// The bus; connected when it is first needed. Throws DeviceBusError.
     DeviceBus& bus() {
@@ -124,11 +127,22 @@ private:
     std::unique_ptr<DeviceBus> m_bus;
 };
 
+/// A device that is not running needs its runtime. Throws CommandFailure.
+void requireRuntime(const Session& session, const Device& device) {
+    if (session.system.findRuntime(device.runtime) == nullptr) {
+        const Runtime* const known = findRuntime(device.runtime);
+        throw failure(
+            simulatorDomain, runtimeUnavailable,
+            u"The %1 simulator runtime is not available."_s.arg(known != nullptr ? known->name : device.runtime));
+    }
+}
+
 void boot(Session& session, const Device& device) {
     const QString state = session.bus().state(device.udid);
     if (state != u"Shutdown") {
         throw wrongState(u"boot device"_s, state);
     }
+    requireRuntime(session, device);
     switch (bootDevice(session.bus(), session.set, device)) {
     case BootResult::accepted:
         return;
@@ -155,7 +169,7 @@ int list(const QStringList& arguments) {
                            .folder = session.set.folderOf(device),
                            .lastBooted = session.set.lastBooted(device)});
     }
-    print(QString::fromUtf8(listOutput(options, devices)));
+    print(QString::fromUtf8(listOutput(options, devices, session.system)));
     return 0;
 }
 
@@ -187,9 +201,13 @@ int bootStatus(QStringList arguments) {
     Session session;
     const Device device = session.device(arguments.first());
     print(u"Monitoring boot status for %1 (%2).\n"_s.arg(device.name, device.udid));
-    if (session.bus().state(device.udid) == u"Booted") {
+    const QString state = session.bus().state(device.udid);
+    if (state == u"Booted") {
         print(u"Device already booted, nothing to do.\n"_s);
         return 0;
+    }
+    if (state == u"Shutdown") {
+        requireRuntime(session, device);
     }
     const QDateTime start = QDateTime::currentDateTimeUtc();
     if (mayBoot) {
@@ -213,6 +231,22 @@ int bootStatus(QStringList arguments) {
     return 0;
 }
 
+/// Shuts one device down; what went wrong, if something did.
+std::optional<CommandFailure> shutDownProblem(DeviceBus& bus, const QString& udid) {
+    try {
+        if (shutDownDevice(bus, udid)) {
+            return std::nullopt;
+        }
+        return failure(posixDomain, timedOut, u"Unable to shutdown device.\nOperation timed out"_s);
+    } catch (const DeviceBusError& error) {
+        // One that left by itself just now is as shut down as can be.
+        if (!bus.isNameOwned(deviceBusName(udid))) {
+            return std::nullopt;
+        }
+        return failure(posixDomain, timedOut, u"Unable to shutdown device.\n"_s + QString::fromUtf8(error.what()));
+    }
+}
+
 int shutDown(const QStringList& arguments) {
     if (arguments.size() != 1) {
         throw usage(u"shutdown"_s);
@@ -228,10 +262,14 @@ int shutDown(const QStringList& arguments) {
         }
         chosen.append(device.udid);
     }
+    std::optional<CommandFailure> firstFailure;
     for (const QString& udid : chosen) {
-        if (!shutDownDevice(session.bus(), udid)) {
-            throw failure(posixDomain, timedOut, u"Unable to shutdown device.\nOperation timed out"_s);
+        if (auto problem = shutDownProblem(session.bus(), udid); problem && !firstFailure) {
+            firstFailure = std::move(problem);
         }
+    }
+    if (firstFailure) {
+        throw CommandFailure(*firstFailure);
     }
     return 0;
 }
@@ -282,9 +320,21 @@ int create(const QStringList& arguments) {
     if (type == nullptr) {
         throw CommandFailure{invalidDevice & 0xff, u"Invalid device type: %1\n"_s.arg(arguments[1])};
     }
-    const Runtime* runtime = arguments.size() == 3 ? findRuntime(arguments[2]) : &runtimes().back();
-    if (runtime == nullptr) {
-        throw CommandFailure{invalidDevice & 0xff, u"Invalid runtime: %1\n"_s.arg(arguments[2])};
+    Session session;
+    const Runtime* runtime = nullptr;
+    if (arguments.size() == 3) {
+        runtime = session.system.findRuntime(arguments[2]);
+        if (runtime == nullptr) {
+            throw CommandFailure{invalidDevice & 0xff, u"Invalid runtime: %1\n"_s.arg(arguments[2])};
+        }
+    } else {
+        for (const Runtime& installed : session.system.runtimes) {
+            runtime = isSupported(*type, installed) ? &installed : runtime;
+        }
+        if (runtime == nullptr) {
+            throw failure(simulatorDomain, incompatibleDevice,
+                          u"No installed runtime supports device type: %1"_s.arg(type->name));
+        }
     }
     if (!isSupported(*type, *runtime)) {
         CommandFailure incompatible = failure(simulatorDomain, incompatibleDevice, u"Incompatible device"_s);
@@ -294,7 +344,6 @@ int create(const QStringList& arguments) {
                 runtime->identifier));
         throw incompatible;
     }
-    Session session;
     print(session.set.create(arguments[0], type->identifier, runtime->identifier).udid + u'\n');
     return 0;
 }
@@ -309,8 +358,9 @@ int remove(const QStringList& arguments) {
         chosen = session.set.devices();
     } else if (arguments.first() == u"unavailable") {
         chosen = session.set.devices();
-        std::erase_if(chosen, [](const Device& device) {
-            return findRuntime(device.runtime) != nullptr && findDeviceType(device.deviceType) != nullptr;
+        std::erase_if(chosen, [&](const Device& device) {
+            return session.system.findRuntime(device.runtime) != nullptr &&
+                   findDeviceType(device.deviceType) != nullptr;
         });
     } else {
         std::ranges::transform(arguments, std::back_inserter(chosen),

@@ -4,8 +4,10 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <unistd.h>
@@ -25,7 +27,7 @@ int failMissing(std::string_view tool) {
     return toolMissing;
 }
 
-/// The tool's path; empty when this system does not have it.
+/// The tool's path; empty when this system does not have it. Throws SystemDescriptionError.
 std::string pathOf(std::string_view tool) {
     const bool isKnown = std::ranges::find(tools, tool) != tools.end();
     if (!isKnown || !SystemDescription::load().hasDeveloperTools()) {
@@ -74,7 +76,13 @@ int main(int argc, char** argv) {
         printUsage(stderr);
         return usageError;
     }
-    const std::string path = pathOf(argv[index]);
+    std::string path;
+    try {
+        path = pathOf(argv[index]);
+    } catch (const SystemDescriptionError& problem) {
+        std::fprintf(stderr, "xcrun: error: %s\n", problem.what());
+        return EXIT_FAILURE;
+    }
     if (path.empty()) {
         return failMissing(argv[index]);
     }

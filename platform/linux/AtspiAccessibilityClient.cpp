@@ -3,7 +3,7 @@
 
 #include "support/NameOrder.h"
 
-#include <QDBusArgument>
+#include <QDBusMessage>
 
 #include <algorithm>
 #include <cmath>
@@ -14,44 +14,6 @@ namespace corvanta {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
-
-const QString rootPath = u"/org/a11y/atspi/accessible/root"_s;
-
-bool isWindowRole(AtspiRole role) {
-    switch (role) {
-    case AtspiRole::frame:
-    case AtspiRole::dialog:
-    case AtspiRole::alert:
-    case AtspiRole::fileChooser:
-    case AtspiRole::colorChooser:
-    case AtspiRole::fontChooser:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool isWindow(const AtspiItem& item) {
-    return isWindowRole(item.role) && item.parent == AtspiReference{item.reference.bus, rootPath};
-}
-
-const AtspiItem* firstMenuBar(const AtspiTree& tree, const AtspiItem& item) {
-    if (item.role == AtspiRole::menuBar)
-        return &item;
-    for (const AtspiReference& child : item.children) {
-        const AtspiItem* const known = child.bus == item.reference.bus ? tree.item(child.path) : nullptr;
-        if (known == nullptr)
-            continue;
-        if (const AtspiItem* const found = firstMenuBar(tree, *known))
-            return found;
-    }
-    return nullptr;
-}
-
-int distance(const PixelRect& left, const PixelRect& right) {
-    return std::abs(left.x - right.x) + std::abs(left.y - right.y) + std::abs(left.width - right.width) +
-           std::abs(left.height - right.height);
-}
 
 } // namespace
 
@@ -91,9 +53,11 @@ AtspiAccessibilityClient::AtspiAccessibilityClient(X11Windows& windows, std::fun
     : m_windows(windows)
     , m_primaryOrigin(std::move(primaryOrigin))
     , m_bus(m_allowance)
-    , m_applications(m_bus, m_allowance) {
+    , m_applications(m_bus, m_allowance)
+    , m_windowsBehind(windows, m_bus, m_allowance, m_applications) {
     QObject::connect(&m_bus, &AtspiBus::processLeft, &m_bus, [this](const QString& process) {
         m_mirrors.erase(process);
+        m_windowsBehind.forget(process);
         m_applications.expire();
     });
 }
@@ -303,7 +267,7 @@ AtspiAccessibilityClient::Value AtspiAccessibilityClient::itemAttribute(const At
         return children(*known);
     }
     if (name == u"AXPosition" || name == u"AXSize") {
-        const std::optional<PixelRect> rect = frame(reference);
+        const std::optional<PixelRect> rect = m_windowsBehind.frame(*known);
         if (!rect)
             return std::nullopt;
         if (name == u"AXSize")
@@ -311,7 +275,7 @@ AtspiAccessibilityClient::Value AtspiAccessibilityClient::itemAttribute(const At
         const Point origin = m_primaryOrigin();
         return Point{rect->x - origin.x, rect->y - origin.y};
     }
-    if (name == u"AXCloseButton" && isWindow(*known))
+    if (name == u"AXCloseButton" && AtspiWindows::isWindow(*known))
         return Node::element(Node::Kind::closeButton, reference);
     return std::nullopt;
 }
@@ -339,7 +303,7 @@ std::vector<AccessibilityElement> AtspiAccessibilityClient::windowsOf(const QStr
         const AtspiTree& tree = mirror(root.bus).tree();
         for (const AtspiReference& child : application->children) {
             const AtspiItem* const window = tree.item(child.path);
-            if (window == nullptr || !isWindowRole(window->role) ||
+            if (window == nullptr || !AtspiWindows::isWindowRole(window->role) ||
                 (!window->has(AtspiState::showing) && !window->has(AtspiState::iconified)))
                 continue;
             const auto place = std::ranges::upper_bound(found, window->name, precedes, &Window::title);
@@ -347,6 +311,7 @@ std::vector<AccessibilityElement> AtspiAccessibilityClient::windowsOf(const QStr
         }
     }
     std::vector<AccessibilityElement> windows;
+    windows.reserve(found.size());
     for (const Window& window : found)
         windows.push_back(Node::element(Node::Kind::object, window.reference));
     return windows;
@@ -364,7 +329,7 @@ std::optional<AtspiReference> AtspiAccessibilityClient::menuBarOf(const QString&
         const AtspiItem* const application = item(root);
         if (application == nullptr)
             continue;
-        if (const AtspiItem* const menuBar = firstMenuBar(mirror(root.bus).tree(), *application))
+        if (const AtspiItem* const menuBar = mirror(root.bus).tree().firstWithRole(*application, AtspiRole::menuBar))
             return menuBar->reference;
     }
     return std::nullopt;
@@ -378,61 +343,9 @@ std::vector<AccessibilityElement> AtspiAccessibilityClient::children(const Atspi
     return elements;
 }
 
-std::optional<PixelRect> AtspiAccessibilityClient::frame(const AtspiReference& reference) {
-    const AtspiItem* const known = item(reference);
-    if (known == nullptr)
-        return std::nullopt;
-    if (!isWindow(*known))
-        return extents(reference);
-    const std::optional<X11Windows::Window> window = windowBehind(reference);
-    return window ? m_windows.outerFrame(*window) : std::nullopt;
-}
-
-std::optional<PixelRect> AtspiAccessibilityClient::extents(const AtspiReference& reference) {
-    constexpr quint32 onScreen = 0;
-    HangAllowance::Call call{
-        m_bus.call(reference, u"org.a11y.atspi.Component"_s, u"GetExtents"_s, {QVariant::fromValue(onScreen)})};
-    if (!m_allowance.wait(call))
-        return std::nullopt;
-    const QDBusMessage reply = call.pending.reply();
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != u"(iiii)")
-        return std::nullopt;
-    const auto argument = reply.arguments().constFirst().value<QDBusArgument>();
-    PixelRect rect;
-    argument.beginStructure();
-    argument >> rect.x >> rect.y >> rect.width >> rect.height;
-    argument.endStructure();
-    return rect;
-}
-
 std::optional<X11Windows::Window> AtspiAccessibilityClient::windowBehind(const AtspiReference& reference) {
     const AtspiItem* const known = item(reference);
-    if (known == nullptr || !isWindow(*known))
-        return std::nullopt;
-    const QString title = known->name;
-    const std::optional<std::uint32_t> processId = m_applications.processId(reference.bus);
-    if (!processId)
-        return std::nullopt;
-    std::vector<X11Windows::Window> candidates = m_windows.windows();
-    std::erase_if(candidates, [&](X11Windows::Window window) { return m_windows.processId(window) != processId; });
-    const auto remembered = m_windowsBehind.constFind(reference);
-    if (remembered != m_windowsBehind.cend() && std::ranges::find(candidates, *remembered) != candidates.end())
-        return *remembered;
-    std::vector<X11Windows::Window> titled = candidates;
-    std::erase_if(titled, [&](X11Windows::Window window) { return m_windows.title(window) != title; });
-    if (!titled.empty())
-        candidates = std::move(titled);
-    if (candidates.empty())
-        return std::nullopt;
-    X11Windows::Window best = candidates.front();
-    if (candidates.size() > 1) {
-        const PixelRect wanted = extents(reference).value_or(PixelRect());
-        best = *std::ranges::min_element(candidates, {}, [&](X11Windows::Window window) {
-            return distance(m_windows.outerFrame(window).value_or(PixelRect()), wanted);
-        });
-    }
-    m_windowsBehind.insert(reference, best);
-    return best;
+    return known == nullptr ? std::nullopt : m_windowsBehind.windowBehind(*known);
 }
 
 bool AtspiAccessibilityClient::press(const AtspiReference& reference) {

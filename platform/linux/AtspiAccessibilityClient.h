@@ -5,6 +5,7 @@
 #include "AtspiApplications.h"
 #include "AtspiBus.h"
 #include "AtspiMirror.h"
+#include "AtspiWindows.h"
 #include "X11Windows.h"
 
 #include <QElapsedTimer>
@@ -60,8 +61,6 @@ private:
     [[nodiscard]] std::vector<AccessibilityElement> windowsOf(const QString& bundleIdentifier);
     [[nodiscard]] std::optional<AtspiReference> menuBarOf(const QString& bundleIdentifier);
     [[nodiscard]] std::vector<AccessibilityElement> children(const AtspiItem& item);
-    [[nodiscard]] std::optional<PixelRect> frame(const AtspiReference& reference);
-    [[nodiscard]] std::optional<PixelRect> extents(const AtspiReference& reference);
     [[nodiscard]] std::optional<X11Windows::Window> windowBehind(const AtspiReference& reference);
     bool press(const AtspiReference& reference);
 
@@ -73,9 +72,9 @@ private:
     HangAllowance m_pageAllowance{std::chrono::milliseconds(20)};
     AtspiBus m_bus;
     AtspiApplications m_applications;
+    AtspiWindows m_windowsBehind;
     unsigned m_generation = 0;
     std::map<QString, std::unique_ptr<AtspiMirror>> m_mirrors;
-    QHash<AtspiReference, X11Windows::Window> m_windowsBehind;
 };
 
 } // namespace corvanta

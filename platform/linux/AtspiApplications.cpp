@@ -37,10 +37,9 @@ QList<AtspiReference> AtspiApplications::named(const QString& name) {
 QList<AtspiReference> AtspiApplications::namedLike(const QString& process) {
     const auto found =
         std::ranges::find(m_applications, process, [](const Application& application) { return application.root.bus; });
-    if (found == m_applications.end() || !found->name)
-        return {};
-    const QString name = *found->name;
-    return named(name);
+    // A copy, since looking for the name may renew the list.
+    const std::optional<QString> name = found == m_applications.end() ? std::nullopt : found->name;
+    return name ? named(*name) : QList<AtspiReference>();
 }
 
 bool AtspiApplications::answers() {

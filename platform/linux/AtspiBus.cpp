@@ -4,10 +4,8 @@
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QTimer>
 
 #include <limits>
-#include <thread>
 
 namespace corvanta {
 
@@ -18,7 +16,6 @@ using namespace std::chrono_literals;
 
 constexpr int noTimeLimit = std::numeric_limits<int>::max();
 constexpr std::chrono::milliseconds enabledLifetime = 200ms;
-constexpr auto pollInterval = 100us;
 
 const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
 const QString statusInterface = u"org.a11y.Status"_s;
@@ -28,37 +25,6 @@ QDBusMessage sessionCall(const QString& interface, const QString& method) {
 }
 
 } // namespace
-
-bool HangAllowance::wait(const std::function<bool()>& isDone) {
-    if (isDone())
-        return true;
-    const auto start = std::chrono::steady_clock::now();
-    for (;;) {
-        const auto waited = std::chrono::steady_clock::now() - start;
-        if (m_used + waited >= m_perTurn) {
-            m_used += waited;
-            break;
-        }
-        std::this_thread::sleep_for(pollInterval);
-        if (isDone())
-            return true;
-    }
-    if (!m_isRenewalScheduled) {
-        m_isRenewalScheduled = true;
-        QTimer::singleShot(0, &m_context, [this] {
-            m_isRenewalScheduled = false;
-            m_used = {};
-        });
-    }
-    return false;
-}
-
-bool HangAllowance::wait(Call& call) {
-    if (call.isLate)
-        return call.pending.isFinished();
-    call.isLate = !wait([&] { return call.pending.isFinished(); });
-    return !call.isLate;
-}
 
 AtspiBus::AtspiBus(HangAllowance& allowance)
     : m_allowance(allowance) {}
@@ -73,7 +39,7 @@ bool AtspiBus::isConnected() {
     if (!m_connection) {
         requestAddress();
         if (m_addressCall && m_allowance.wait(*m_addressCall))
-            takeAddress();
+            takeAddress(m_addressCall->pending);
     }
     return m_connection.has_value();
 }
@@ -125,8 +91,7 @@ void AtspiBus::requestAddress() {
     m_addressCall.emplace(QDBusConnection::sessionBus().asyncCall(message, noTimeLimit));
 }
 
-void AtspiBus::takeAddress() {
-    const QDBusPendingReply<QString> reply = m_addressCall->pending;
+void AtspiBus::takeAddress(const QDBusPendingReply<QString>& reply) {
     m_addressCall.reset();
     if (!reply.isValid())
         return;

@@ -2,51 +2,16 @@
 #pragma once
 
 #include "AtspiItem.h"
+#include "HangAllowance.h"
 
 #include <QDBusConnection>
-#include <QDBusPendingCall>
+#include <QDBusPendingReply>
 #include <QElapsedTimer>
 #include <QObject>
 
-#include <chrono>
-#include <functional>
 #include <optional>
 
 namespace corvanta {
-
-/// How long a program may be silent before it counts as one that hangs; until then what it said last stands.
-constexpr std::chrono::milliseconds silenceOfABusyProgram{2000};
-
-/// How long programs that do not answer may hold the main thread in one turn of its event loop, all of them together.
-class HangAllowance {
-public:
-    explicit HangAllowance(std::chrono::milliseconds perTurn)
-        : m_perTurn(perTurn) {}
-
-    /// Waits until `isDone`, which is asked again and again, or until the allowance is used up, and says which it was.
-    /// Only waiting in vain uses it up.
-    bool wait(const std::function<bool()>& isDone);
-
-    /// One call that may be waited for once: when that was in vain, later waits only look.
-    struct Call {
-        QDBusPendingCall pending;
-        bool isLate = false;
-        std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
-
-        /// Whether the answer has been missing for longer than a busy program needs.
-        [[nodiscard]] bool isOverdue() const {
-            return !pending.isFinished() && std::chrono::steady_clock::now() - begin > silenceOfABusyProgram;
-        }
-    };
-
-    bool wait(Call& call);
-
-private:
-    const std::chrono::milliseconds m_perTurn;
-    std::chrono::nanoseconds m_used{};
-    bool m_isRenewalScheduled = false;
-    QObject m_context;
-};
 
 /// The connection to the accessibility bus, found through the session bus and found again after it went away.
 class AtspiBus : public QObject {
@@ -81,7 +46,7 @@ private Q_SLOTS:
 
 private:
     void requestAddress();
-    void takeAddress();
+    void takeAddress(const QDBusPendingReply<QString>& reply);
     void disconnectFromBus();
 
     HangAllowance& m_allowance;

@@ -69,7 +69,7 @@ std::unique_ptr<AtspiFetch> AtspiFetch::below(const AtspiBus& bus, const AtspiRe
 
 bool AtspiFetch::advance() {
     if (m_itemsCall && m_itemsCall->isFinished())
-        takeItems();
+        takeItems(m_itemsCall->reply());
     // Taking a reply may ask for more, so the lists are exchanged before they are walked.
     for (const ChildrenCall& call : std::exchange(m_childrenCalls, {})) {
         if (!takeChildren(call))
@@ -133,12 +133,14 @@ void AtspiFetch::askObject(const QString& path, const QString& parent, int level
 }
 
 void AtspiFetch::askChildren(const QString& path, int level) {
+    if (m_asked >= m_limits.objects)
+        return;
+    ++m_asked;
     m_childrenCalls.push_back({path, level, m_bus.call({m_process, path}, accessibleInterface, u"GetChildren"_s)});
     observe(m_childrenCalls.back().children);
 }
 
-void AtspiFetch::takeItems() {
-    const QDBusMessage reply = m_itemsCall->reply();
+void AtspiFetch::takeItems(const QDBusMessage& reply) {
     m_itemsCall.reset();
     m_hasProgress = true;
     const std::optional<QList<AtspiItem>> items = parseItems(reply);

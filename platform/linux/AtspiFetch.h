@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+class QDBusMessage;
 class QObject;
 
 namespace corvanta {
@@ -56,7 +57,7 @@ private:
 
     void askObject(const QString& path, const QString& parent, int level);
     void askChildren(const QString& path, int level);
-    void takeItems();
+    void takeItems(const QDBusMessage& reply);
     bool takeChildren(const ChildrenCall& call);
     bool takeObject(const ObjectCalls& calls);
     bool takePlug(const PlugCall& call);

@@ -107,4 +107,15 @@ std::optional<std::uint64_t> parseStates(const QDBusMessage& reply) {
     return readStates(*argument);
 }
 
+std::optional<PixelRect> parseExtents(const QDBusMessage& reply) {
+    const std::optional<QDBusArgument> argument = onlyArgument(reply, u"(iiii)");
+    if (!argument)
+        return std::nullopt;
+    PixelRect rect;
+    argument->beginStructure();
+    *argument >> rect.x >> rect.y >> rect.width >> rect.height;
+    argument->endStructure();
+    return rect;
+}
+
 } // namespace corvanta

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AtspiItem.h"
+#include "PixelGeometry.h"
 
 #include <QDBusMessage>
 #include <QList>
@@ -21,5 +22,8 @@ namespace corvanta {
 
 /// The bit set of a reply to `org.a11y.atspi.Accessible.GetState`.
 [[nodiscard]] std::optional<std::uint64_t> parseStates(const QDBusMessage& reply);
+
+/// The rectangle of a reply to `org.a11y.atspi.Component.GetExtents`.
+[[nodiscard]] std::optional<PixelRect> parseExtents(const QDBusMessage& reply);
 
 } // namespace corvanta

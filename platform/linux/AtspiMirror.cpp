@@ -60,7 +60,7 @@ bool AtspiMirror::settle() {
     m_fetch.reset();
     m_isGivenUp = false;
     if (m_isAddition) {
-        m_tree.merge(std::move(tree));
+        m_tree.merge(tree);
     } else {
         m_tree = std::move(tree);
         m_age.start();

@@ -4,6 +4,7 @@
 #include "AtspiItem.h"
 
 #include <QHash>
+#include <QSet>
 
 namespace corvanta {
 
@@ -15,23 +16,34 @@ public:
 
     [[nodiscard]] qsizetype size() const { return m_items.size(); }
 
-    void insert(AtspiItem item);
-    void setChildren(const QString& path, QList<AtspiReference> children);
+    void insert(const AtspiItem& item);
+
+    /// Takes the program's own list of an object's children. The object itself and those above it are left out.
+    void setChildren(const QString& path, const QList<AtspiReference>& children);
 
     /// Links the inserted objects with their parents, as far as child counts and indices leave no doubt about which
-    /// children there are and in which order.
+    /// children there are and in which order. Objects whose parents lead back to themselves get none.
     void link();
+
+    /// The first object of that role in pre-order, `top` included; null when there is none. Follows this process's
+    /// objects only, each of them once and not deeper than any program nests them.
+    [[nodiscard]] const AtspiItem* firstWithRole(const AtspiItem& top, AtspiRole role) const;
 
     /// Whether the object is a menu item with a submenu. GTK lists the entries directly below such an item.
     [[nodiscard]] bool opensSubmenu(const AtspiItem& item) const;
 
     /// Takes over what `other` knows.
-    void merge(AtspiTree other);
+    void merge(const AtspiTree& other);
 
     /// The objects whose children must be asked for.
     [[nodiscard]] QList<QString> withUnknownChildren() const;
 
 private:
+    /// Null where the parent is not known or another process's.
+    [[nodiscard]] const AtspiItem* parentOf(const AtspiItem& item) const;
+
+    [[nodiscard]] QSet<QString> pathsInCircles() const;
+
     QHash<QString, AtspiItem> m_items;
 };
 

@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStandardPaths>
 #include <QStringList>
 
 #include <optional>
@@ -29,7 +28,10 @@ QString homeFolder() {
     const QString chosen = qEnvironmentVariable("CORVANTA_LAB_HOME");
     if (!chosen.isEmpty())
         return QDir(chosen).absolutePath();
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/corvanta-lab"_s;
+    // The lab's own rule, which takes a relative folder for none; Qt 6.4 does not.
+    const QString data = qEnvironmentVariable("XDG_DATA_HOME");
+    return (QDir::isAbsolutePath(data) ? QDir::cleanPath(data) : QDir::homePath() + u"/.local/share"_s) +
+           u"/corvanta-lab"_s;
 }
 
 std::optional<OperatingSystemVersion> readVersion(const QString& path) {

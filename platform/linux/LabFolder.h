@@ -10,7 +10,8 @@ namespace corvanta {
 /// Where the device lab's programs and data are.
 class LabFolder {
 public:
-    /// The lab that belongs to this application, or the one that CORVANTA_LAB_DIR names.
+    /// The lab that belongs to this application, or the one that CORVANTA_LAB_DIR names, with the data where the lab's
+    /// programs have it.
     LabFolder();
 
     LabFolder(QString programs, QString home);

@@ -5,11 +5,14 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDesktopServices>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QUrl>
 #include <QWidget>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -40,8 +43,34 @@ const PlayedApplication simulator{
     {u"-g"_s, u"-a"_s, u"Simulator"_s},
 };
 
-bool isForBrowsersAndMail(const QString& scheme) {
-    return scheme == u"http" || scheme == u"https" || scheme == u"mailto";
+bool isForBrowsers(const QString& scheme) {
+    return scheme == u"http" || scheme == u"https";
+}
+
+/// Whether some line of the file is `key`, which ends in "=", with a value.
+bool hasValue(const QString& path, QByteArrayView key) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArrayList lines = file.readAll().split('\n');
+    return std::ranges::any_of(
+        lines, [key](const QByteArray& line) { return line.startsWith(key) && line.trimmed().size() > key.size(); });
+}
+
+/// Whether some program on this desktop takes web addresses. Where none does, the desktop's opener says that it has
+/// opened them and does nothing.
+bool hasBrowser() {
+    if (QStandardPaths::findExecutable(u"xdg-open"_s).isEmpty())
+        return false;
+    if (qEnvironmentVariableIsSet("BROWSER") || !QStandardPaths::findExecutable(u"x-www-browser"_s).isEmpty())
+        return true;
+    const QStringList applications = QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
+    const QStringList settings = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    const auto takesAddresses = [](const QString& folder) {
+        return hasValue(folder + u"/mimeinfo.cache"_s, "x-scheme-handler/https=") ||
+               hasValue(folder + u"/mimeapps.list"_s, "x-scheme-handler/https=");
+    };
+    return std::ranges::any_of(applications, takesAddresses) || std::ranges::any_of(settings, takesAddresses);
 }
 
 /// The page that says how the lab plays a pane or a store that only a Mac has.
@@ -123,14 +152,7 @@ QCoro::Task<void> LinuxDesktop::openApplication(QString path) {
         path == safari.path ? &safari : (path == simulator.path ? &simulator : nullptr);
     if (application == nullptr || !QFileInfo(m_lab.program(application->program)).isExecutable())
         throw ApplicationLaunchError(Reason::notFound, name);
-    // It outlives this program, so it must not hold its terminal or its pipes.
-    QProcess launch;
-    launch.setProgram(m_lab.program(application->program));
-    launch.setArguments(application->arguments);
-    launch.setStandardInputFile(QProcess::nullDevice());
-    launch.setStandardOutputFile(QProcess::nullDevice());
-    launch.setStandardErrorFile(QProcess::nullDevice());
-    if (!launch.startDetached())
+    if (!startLabProgram(application->program, application->arguments))
         throw ApplicationLaunchError(Reason::notStarted, name);
     const Clock::TimePoint end = m_clock.now() + launchLimit;
     const auto isUp = [&] {
@@ -144,13 +166,30 @@ QCoro::Task<void> LinuxDesktop::openApplication(QString path) {
     }
 }
 
+bool LinuxDesktop::startLabProgram(const QString& program, const QStringList& arguments) const {
+    // It outlives this program, so it must not hold its terminal or its pipes.
+    QProcess launch;
+    launch.setProgram(m_lab.program(program));
+    launch.setArguments(arguments);
+    launch.setStandardInputFile(QProcess::nullDevice());
+    launch.setStandardOutputFile(QProcess::nullDevice());
+    launch.setStandardErrorFile(QProcess::nullDevice());
+    return QFileInfo(launch.program()).isExecutable() && launch.startDetached();
+}
+
 bool LinuxDesktop::openURL(const URL& url) {
-    if (isForBrowsersAndMail(url.scheme().value_or(QString()).toLower()))
+    const QString scheme = url.scheme().value_or(QString()).toLower();
+    if (scheme == u"mailto" || (isForBrowsers(scheme) && hasBrowser()))
         return QDesktopServices::openUrl(QUrl(url.absoluteString(), QUrl::StrictMode));
+    if (isForBrowsers(scheme))
+        return openInSafari(url.absoluteString());
     const QString page = helpPageName(url);
-    if (page.isEmpty() || !QFileInfo::exists(m_lab.shared(page)))
-        return false;
-    return QDesktopServices::openUrl(QUrl::fromLocalFile(m_lab.shared(page)));
+    // In the lab's own browser, which is there on every desktop.
+    return !page.isEmpty() && QFileInfo::exists(m_lab.shared(page)) && openInSafari(m_lab.shared(page));
+}
+
+bool LinuxDesktop::openInSafari(const QString& address) const {
+    return startLabProgram(u"open"_s, {u"-a"_s, u"Safari"_s, address});
 }
 
 std::vector<Screen> LinuxDesktop::screens() const {

@@ -51,6 +51,10 @@ public:
     [[nodiscard]] OperatingSystemVersion operatingSystemVersion() const override;
 
 private:
+    /// Starts one of the lab's programs, which goes on by itself; false when it cannot be started.
+    bool startLabProgram(const QString& program, const QStringList& arguments) const;
+    bool openInSafari(const QString& address) const;
+
     X11Windows& m_windows;
     const X11Screens& m_screens;
     Clock& m_clock;

@@ -1,40 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "HangAllowance.h"
+#include "PixelGeometry.h"
+
 #include <QString>
+#include <QTimer>
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
 
 namespace corvanta {
 
-/// A rectangle on the X screen in device pixels: origin at the top-left of the root window, y growing downwards.
-struct PixelRect {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-
-    bool operator==(const PixelRect&) const = default;
-};
-
-/// What a window is to become; what is absent stays as it is.
-struct PixelPlacement {
-    struct Position {
-        int x = 0;
-        int y = 0;
-    };
-
-    struct Extent {
-        int width = 0;
-        int height = 0;
-    };
-
-    std::optional<Position> position;
-    std::optional<Extent> extent;
-};
+struct X11Connection;
 
 /// The top-level windows of the X server as the window manager knows them (EWMH), on a connection of its own.
 ///
@@ -65,8 +46,11 @@ public:
     /// The area that a person sees: with the window manager's decorations, without a shadow that the program draws.
     [[nodiscard]] std::optional<PixelRect> outerFrame(Window window) const;
 
-    /// Gives the outer frame a place and an extent, after undoing maximisation, full screen and iconification, and says
-    /// whether it arrived there within two pixels. Waits a fraction of a second at most.
+    /// Gives the outer frame a place and an extent, after undoing maximisation, full screen and iconification.
+    ///
+    /// True once it has arrived there within two pixels; false when it is gone or was given another place or extent.
+    /// Windows of one program that do not arrive hold a turn of the event loop for 80 ms, all together: what the window
+    /// manager has not answered by then counts as accepted, and is looked after from the event loop for a moment.
     bool place(Window window, const PixelPlacement& placement);
 
     /// Raises the window and gives it the focus.
@@ -79,8 +63,22 @@ public:
     [[nodiscard]] std::optional<PixelRect> workArea() const;
 
 private:
-    struct Connection;
-    std::unique_ptr<Connection> m_connection;
+    /// A placement that has not been seen to arrive, or may not last.
+    struct Unfinished {
+        PixelPlacement placement;
+        PixelBorder border;
+        bool hasArrived = false;
+        int looksLeft = 0;
+    };
+
+    [[nodiscard]] HangAllowance& allowance(Window window);
+    void lookAfter(Window window, const PixelPlacement& placement, bool isUnfinished);
+    void lookAtUnfinished();
+
+    std::unique_ptr<X11Connection> m_connection;
+    std::map<std::uint32_t, HangAllowance> m_allowances;
+    std::map<Window, Unfinished> m_unfinished;
+    QTimer m_nextLook;
 };
 
 } // namespace corvanta

@@ -242,6 +242,16 @@ private:
 
     void locate() {
         note("set and clear locations");
+        const FakeError error(u"Nowhere"_s);
+        if (chance(30)) {
+            simulator.script.fail(SimulatorOperation::setLocation, error);
+            simulator.script.fail(SimulatorOperation::clearLocation, error);
+            placeSearch.script.fail(PlaceSearchOperation::search, error);
+        } else {
+            simulator.script.succeed(SimulatorOperation::setLocation);
+            simulator.script.succeed(SimulatorOperation::clearLocation);
+            placeSearch.script.succeed(PlaceSearchOperation::search);
+        }
         switch (pick(4)) {
         case 0:
             return coordinator->selectLocation({1.0 * pick(90), 2}, u"Place"_s, chance(50));
@@ -278,6 +288,8 @@ private:
               SimulatorOperation::launchSimulator, SimulatorOperation::openURL, SimulatorOperation::setLocation,
               SimulatorOperation::clearLocation})
             simulator.script.delay(operation, pace());
+        // Safari may be done with its work just when it is told that nobody waits for it any more.
+        safari.script.setHeedsCancellation(chance(50));
         placeSearch.script.delay(PlaceSearchOperation::search, pace());
         desktop.script.delay(DesktopOperation::openApplication, pace());
         probe.script.delay(PreflightOperation::facts, pace());
@@ -349,7 +361,13 @@ private:
         m_rules->require(journal.empty(), "something changes although nothing happens");
     }
 
+    /// Stop, also in the middle of a start, leaves nothing behind, not even a sleep.
     void end() {
+        if (coordinator->canStart() && chance(70)) {
+            safari.listed.clear();
+            start();
+            clock.advance(std::chrono::milliseconds(pick(3'000)));
+        }
         stop();
         forget();
         clock.settle();

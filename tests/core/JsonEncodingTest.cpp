@@ -32,6 +32,10 @@ TEST(JsonEncoding, RefusesNumbersThatAreNotFinite) {
     EXPECT_THROW((void)encodeJson(Date{infinity}), JsonEncodingError);
 }
 
+TEST(JsonEncoding, SaysWhyItRefuses) {
+    EXPECT_EQ(JsonEncodingError().errorDescription(), u"A number that is not finite cannot be stored.");
+}
+
 TEST(JsonEncoding, WritesDatesAsSecondsAndIdentitiesInUpperCase) {
     const QJsonObject object{{u"date"_s, encodeJson(Date{800000000.5})},
                              {u"id"_s, encodeJson(QUuid(u"e621e1f8-c36c-495a-93fc-0c247a3e6e5f"_s))}};

@@ -7,6 +7,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace corvanta {
 namespace {
@@ -36,6 +37,33 @@ TEST(LocalizedError, KeepsItsTextsWhenCopied) {
     const HelpfulError copy = error;
     EXPECT_STREQ(copy.what(), "It’s broken.");
     EXPECT_EQ(copy.recoverySuggestion(), QStringLiteral("Mend it."));
+}
+
+TEST(LocalizedError, TakesTheTextsOfWhatIsAssigned) {
+    class Named final : public LocalizedError {
+    public:
+        explicit Named(QString name)
+            : m_name(std::move(name)) {}
+
+        [[nodiscard]] QString errorDescription() const override { return m_name; }
+
+    private:
+        QString m_name;
+    };
+
+    Named error(QStringLiteral("before"));
+    EXPECT_STREQ(error.what(), "before");
+    error = Named(QStringLiteral("after"));
+    EXPECT_STREQ(error.what(), "after");
+}
+
+TEST(LocalizedError, SaysSomethingEvenWhenItsDescriptionFails) {
+    class Hopeless final : public LocalizedError {
+    public:
+        [[nodiscard]] QString errorDescription() const override { throw std::runtime_error("no words"); }
+    };
+
+    EXPECT_STREQ(Hopeless().what(), "error");
 }
 
 TEST(ErrorTexts, AreTheErrorsOwn) {

@@ -8,6 +8,7 @@
 namespace corvanta {
 namespace {
 
+using namespace std::chrono_literals;
 using testing::runTask;
 using testing::WatchedTask;
 
@@ -60,6 +61,32 @@ TEST(SystemClock, EndsASleepWhoseTokenIsCancelledAlready) {
     CancellationSource source;
     source.cancel();
     EXPECT_EQ(runTask(clock.sleepFor(std::chrono::hours(1), source.token())), SleepResult::cancelled);
+}
+
+// The two that really sleep, for what no virtual clock can show: that the timers are this machine's.
+TEST(SystemClock, SleepsAtLeastAsLongAsItIsTold) {
+    SystemClock clock;
+    for (const Clock::Duration duration : {Clock::Duration(25ms), Clock::Duration(20'300us)}) {
+        const auto before = clock.now();
+        EXPECT_EQ(runTask(clock.sleepFor(duration)), SleepResult::elapsed);
+        EXPECT_GE(clock.now() - before, duration);
+    }
+}
+
+TEST(SystemClock, CancelsASleepThatIsUnderWayAndNoOther) {
+    SystemClock clock;
+    CancellationSource source;
+    CancellationSource other;
+    const WatchedTask<SleepResult> cancelled(clock.sleepFor(std::chrono::hours(1), source.token()));
+    const WatchedTask<SleepResult> untouched(clock.sleepFor(30ms, other.token()));
+    EXPECT_EQ(runTask(clock.sleepFor(20ms)), SleepResult::elapsed);
+    EXPECT_FALSE(cancelled.isDone());
+    source.cancel();
+    EXPECT_FALSE(cancelled.isDone());
+    ASSERT_TRUE(testing::waitUntil([&cancelled] { return cancelled.isDone(); }));
+    EXPECT_EQ(cancelled.result(), SleepResult::cancelled);
+    ASSERT_TRUE(testing::waitUntil([&untouched] { return untouched.isDone(); }));
+    EXPECT_EQ(untouched.result(), SleepResult::elapsed);
 }
 
 } // namespace

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace corvanta {
 namespace {
 
@@ -23,20 +26,44 @@ protected:
     /// The same, but for an error at the end.
     [[nodiscard]] WatchedTask<void> fail(char note) { return WatchedTask(runAndFail(&turns, &clock, &notes, note)); }
 
+    /// Takes a turn, notes it and ends at once.
+    [[nodiscard]] WatchedTask<void> glance(char note) { return WatchedTask(runAtOnce(&turns, &notes, note)); }
+
+    /// Takes a turn of one second, passes it on and notes afterwards that it did.
+    [[nodiscard]] WatchedTask<void> workAndPass(char note) {
+        return WatchedTask(runAndPass(&turns, &clock, &notes, note));
+    }
+
     VirtualClock clock;
     std::string notes;
     TurnQueue turns;
 
 private:
+    static char capital(char note) { return static_cast<char>(note - 'a' + 'A'); }
+
     static QCoro::Task<void> run(TurnQueue* turns, VirtualClock* clock, std::string* notes, char note) {
-        const auto turn = co_await turns->next();
+        [[maybe_unused]] const TurnQueue::Turn turn = co_await turns->next();
         notes->push_back(note);
         co_await clock->sleepFor(1s);
-        notes->push_back(static_cast<char>(note - 'a' + 'A'));
+        notes->push_back(capital(note));
+    }
+
+    static QCoro::Task<void> runAndPass(TurnQueue* turns, VirtualClock* clock, std::string* notes, char note) {
+        TurnQueue::Turn turn = co_await turns->next();
+        notes->push_back(note);
+        co_await clock->sleepFor(1s);
+        turn.pass();
+        turn.pass();
+        notes->push_back(capital(note));
+    }
+
+    static QCoro::Task<void> runAtOnce(TurnQueue* turns, std::string* notes, char note) {
+        [[maybe_unused]] const TurnQueue::Turn turn = co_await turns->next();
+        notes->push_back(note);
     }
 
     static QCoro::Task<void> runAndFail(TurnQueue* turns, VirtualClock* clock, std::string* notes, char note) {
-        const auto turn = co_await turns->next();
+        [[maybe_unused]] const TurnQueue::Turn turn = co_await turns->next();
         notes->push_back(note);
         co_await clock->sleepFor(1s);
         throw testing::FakeError(u"The kettle is empty."_s);
@@ -114,6 +141,45 @@ TEST_F(TurnQueueTest, PassesTheTurnOnAlsoOnceTheQueueItselfHasGone) {
     clock.advance(2s);
     EXPECT_EQ(notes, "aAbB");
     EXPECT_TRUE(second.isDone());
+}
+
+TEST_F(TurnQueueTest, PassesTheTurnOnOnceWhenItIsTold) {
+    const auto first = workAndPass('a');
+    const auto second = work('b');
+    const auto third = work('c');
+    clock.advance(1s);
+    EXPECT_EQ(notes, "abA");
+    clock.advance(1s);
+    EXPECT_EQ(notes, "abABc");
+    clock.advance(1s);
+    EXPECT_TRUE(first.isDone() && second.isDone() && third.isDone());
+}
+
+TEST_F(TurnQueueTest, LetsOperationsThatEndAtOncePassWithoutALatecomerBetweenThem) {
+    const auto first = work('a');
+    const auto second = glance('b');
+    const auto third = glance('c');
+    const auto fourth = work('d');
+    const auto fifth = glance('e');
+    clock.advance(1s);
+    EXPECT_EQ(notes, "aAbcd");
+    clock.advance(1s);
+    EXPECT_EQ(notes, "aAbcdDe");
+    EXPECT_EQ(glance('f').error(), nullptr);
+    EXPECT_EQ(notes, "aAbcdDef");
+    EXPECT_TRUE(first.isDone() && second.isDone() && third.isDone() && fourth.isDone() && fifth.isDone());
+}
+
+TEST_F(TurnQueueTest, PassesAlongALineOfAnyLength) {
+    constexpr std::size_t length = 100'000;
+    const auto first = work('a');
+    std::vector<WatchedTask<void>> line;
+    line.reserve(length);
+    for (std::size_t place = 0; place < length; ++place)
+        line.push_back(glance('b'));
+    clock.advance(1s);
+    EXPECT_EQ(notes.size(), length + 2);
+    EXPECT_TRUE(line.back().isDone());
 }
 
 } // namespace

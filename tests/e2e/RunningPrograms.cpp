@@ -124,17 +124,43 @@ bool DrivenCorvanta::isEnabled(const QString& button) const {
     return found && found->isSensitive();
 }
 
-bool DrivenCorvanta::typeAddress(const QString& address) const {
+std::optional<Accessible> DrivenCorvanta::addressField() const {
     const auto frame = window();
-    const auto field = frame ? frame->find(u"text"_s, u"Page address"_s) : std::nullopt;
+    return frame ? frame->find(u"text"_s, u"Page address"_s) : std::nullopt;
+}
+
+std::optional<Accessible> DrivenCorvanta::devicePicker() const {
+    const auto frame = window();
+    return frame ? frame->find([](const Accessible& object) { return object.role() == u"combo box"; }) : std::nullopt;
+}
+
+bool DrivenCorvanta::typeAddress(const QString& address) const {
+    const auto field = addressField();
     return field && field->setText(address);
 }
 
 bool DrivenCorvanta::openDeviceList() const {
-    const auto frame = window();
-    const auto list =
-        frame ? frame->find([](const Accessible& object) { return object.role() == u"combo box"; }) : std::nullopt;
-    return list && list->press();
+    const auto picker = devicePicker();
+    return picker && picker->press();
+}
+
+QString DrivenCorvanta::address() const {
+    const auto field = addressField();
+    return field ? field->text() : QString();
+}
+
+QString DrivenCorvanta::device() const {
+    const auto picker = devicePicker();
+    return picker ? picker->name() : QString();
+}
+
+bool pressOnPage(const QString& name) {
+    for (const Accessible& frame : frames(u"com.apple.iphonesimulator"_s)) {
+        const auto found = frame.find([&](const Accessible& object) { return object.name() == name; });
+        if (found && found->press())
+            return true;
+    }
+    return false;
 }
 
 int sessionProcess(const QString& name) {

@@ -67,13 +67,21 @@ public:
     [[nodiscard]] bool isEnabled(const QString& button) const;
     [[nodiscard]] bool typeAddress(const QString& address) const;
     [[nodiscard]] bool openDeviceList() const;
+    /// The address in its field, and the device that the picker shows.
+    [[nodiscard]] QString address() const;
+    [[nodiscard]] QString device() const;
 
 private:
     [[nodiscard]] std::optional<Accessible> window() const;
+    [[nodiscard]] std::optional<Accessible> addressField() const;
+    [[nodiscard]] std::optional<Accessible> devicePicker() const;
 
     QProcess m_process;
     QByteArray m_output;
 };
+
+/// Presses a button or a link of a page that a simulated device shows.
+[[nodiscard]] bool pressOnPage(const QString& name);
 
 /// The process that owns a name on the session bus, 0 when nobody does.
 [[nodiscard]] int sessionProcess(const QString& name);

@@ -5,6 +5,7 @@
 
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -13,6 +14,9 @@
 namespace corvanta::testing {
 
 namespace {
+
+/// The one who asks acts on a person's behalf.
+constexpr std::uint32_t fromPager = 2;
 
 template<typename Reply>
 using Owned = std::unique_ptr<Reply, decltype([](Reply* reply) { std::free(reply); })>;
@@ -55,6 +59,20 @@ struct WindowObserver::Connection {
             return {};
         return {static_cast<int>(sides[0]), static_cast<int>(sides[2]), static_cast<int>(sides[1]),
                 static_cast<int>(sides[3])};
+    }
+
+    /// Asks the window manager for something that concerns the window.
+    void ask(xcb_window_t window, const char* what, const std::array<std::uint32_t, 5>& values) const {
+        xcb_client_message_event_t event{};
+        event.response_type = XCB_CLIENT_MESSAGE;
+        event.format = 32;
+        event.window = window;
+        event.type = atom(what);
+        std::ranges::copy(values, event.data.data32);
+        xcb_send_event(connection, 0, screen->root,
+                       XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                       reinterpret_cast<const char*>(&event));
+        xcb_flush(connection);
     }
 
     [[nodiscard]] QRect frame(xcb_window_t window) const {
@@ -104,22 +122,33 @@ QRect WindowObserver::workArea() const {
 
 void WindowObserver::place(std::uint32_t window, const QRect& frame) const {
     const QRect client = frame.marginsRemoved(m_connection->margins(window, "_NET_FRAME_EXTENTS"));
-    xcb_client_message_event_t event{};
-    event.response_type = XCB_CLIENT_MESSAGE;
-    event.format = 32;
-    event.window = window;
-    event.type = m_connection->atom("_NET_MOVERESIZE_WINDOW");
     // Static gravity, all four values given, asked by a pager on a person's behalf.
     constexpr std::uint32_t flags = 10U | (0xfU << 8U) | (2U << 12U);
-    event.data.data32[0] = flags;
-    event.data.data32[1] = static_cast<std::uint32_t>(client.x());
-    event.data.data32[2] = static_cast<std::uint32_t>(client.y());
-    event.data.data32[3] = static_cast<std::uint32_t>(client.width());
-    event.data.data32[4] = static_cast<std::uint32_t>(client.height());
-    xcb_send_event(m_connection->connection, 0, m_connection->screen->root,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&event));
-    xcb_flush(m_connection->connection);
+    m_connection->ask(window, "_NET_MOVERESIZE_WINDOW",
+                      {flags, static_cast<std::uint32_t>(client.x()), static_cast<std::uint32_t>(client.y()),
+                       static_cast<std::uint32_t>(client.width()), static_cast<std::uint32_t>(client.height())});
+}
+
+void WindowObserver::close(std::uint32_t window) const {
+    m_connection->ask(window, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, fromPager});
+}
+
+std::uint32_t WindowObserver::activeWindow() const {
+    const auto active = m_connection->numbers(m_connection->screen->root, "_NET_ACTIVE_WINDOW");
+    return active.empty() ? 0 : active.front();
+}
+
+void WindowObserver::activate(std::uint32_t window) const {
+    m_connection->ask(window, "_NET_ACTIVE_WINDOW", {fromPager, XCB_CURRENT_TIME});
+}
+
+bool WindowObserver::isPointerFree() const {
+    xcb_connection_t* const connection = m_connection->connection;
+    const auto cookie = xcb_grab_pointer(connection, 0, m_connection->screen->root, 0, XCB_GRAB_MODE_ASYNC,
+                                         XCB_GRAB_MODE_ASYNC, XCB_WINDOW_NONE, XCB_CURSOR_NONE, XCB_CURRENT_TIME);
+    xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
+    const Owned<xcb_grab_pointer_reply_t> reply(xcb_grab_pointer_reply(connection, cookie, nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
 }
 
 void WindowObserver::watchPopups() {

@@ -40,6 +40,18 @@ public:
     /// Asks the window manager to give the window this frame, as a person does who drags it there.
     void place(std::uint32_t window, const QRect& frame) const;
 
+    /// Asks the window manager to close the window, as a person does who presses the button in its title bar.
+    void close(std::uint32_t window) const;
+
+    /// The window that the keyboard goes to, 0 when it goes to none of the window manager's clients.
+    [[nodiscard]] std::uint32_t activeWindow() const;
+
+    /// Asks the window manager to give the window the keyboard.
+    void activate(std::uint32_t window) const;
+
+    /// Whether nobody else holds the pointer; takes hold of it for an instant to find out.
+    [[nodiscard]] bool isPointerFree() const;
+
     /// Begins to watch for windows that appear without the window manager: menus, tooltips, drop-down lists.
     void watchPopups();
 

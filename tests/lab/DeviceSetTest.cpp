@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceSet.h"
 #include "DeviceCatalogue.h"
+#include "FileLock.h"
+#include "LabFolders.h"
 #include "SystemDescription.h"
 
 #include <QDir>
@@ -77,6 +79,21 @@ TEST_F(DeviceSetTest, IgnoresFoldersThatHoldNoReadableDevice) {
     EXPECT_EQ(set.devices().size(), before);
 }
 
+TEST_F(DeviceSetTest, IgnoresFoldersWhoseNameIsNoIdentifier) {
+    set.createDefaultsOnFirstUse();
+    const std::size_t before = set.devices().size();
+    for (const QByteArray& name :
+         {"mine", "11111111-2222-4333-8444-55555555555", "11111111-2222-4333-8444-55555555555g",
+          "aaaaaaaa-2222-4333-8444-555555555555", "11111111-2222-4333-8444-555555555555.old"}) {
+        const QString device = path + u'/' + QString::fromUtf8(name);
+        ASSERT_TRUE(QDir().mkpath(device));
+        QFile file(device + u"/device.json"_s);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("{\"UDID\": \"" + name + "\", \"name\": \"Mine\", \"deviceType\": \"t\", \"runtime\": \"r\"}");
+    }
+    EXPECT_EQ(set.devices().size(), before);
+}
+
 TEST_F(DeviceSetTest, LosesNothingWhenSeveralCreateAtOnce) {
     set.createDefaultsOnFirstUse();
     const std::size_t before = set.devices().size();
@@ -106,11 +123,77 @@ TEST(SystemDescription, ReadsWhatAUserWrote) {
     EXPECT_FALSE(system.hasDeveloperTools());
 }
 
-TEST(SystemDescription, FallsBackToTheShippedValues) {
-    const auto system = SystemDescription::fromJson("{");
+TEST(SystemDescription, TakesTheShippedValueOfWhatIsMissing) {
+    const auto system = SystemDescription::fromJson("{}");
     EXPECT_EQ(system.macOS, u"15.5");
     EXPECT_EQ(system.xcode, u"16.4");
     EXPECT_TRUE(system.hasDeveloperTools());
+    EXPECT_EQ(system.runtimes, runtimes());
+}
+
+TEST(SystemDescription, KnowsInstalledRuntimesOnly) {
+    const auto system = SystemDescription::fromJson(R"({"runtimes": ["iOS 17.5"]})");
+    ASSERT_NE(system.findRuntime(u"17.5"_s), nullptr);
+    EXPECT_EQ(*system.findRuntime(u"17.5"_s), *findRuntime(u"17.5"_s));
+    EXPECT_EQ(system.findRuntime(u"iOS 18.2"_s), nullptr);
+    EXPECT_EQ(system.findRuntime(u"iOS 9.0"_s), nullptr);
+}
+
+TEST(SystemDescription, RefusesWhatItDoesNotUnderstand) {
+    EXPECT_THROW((void)SystemDescription::fromJson("{"), SystemDescriptionError);
+    EXPECT_THROW((void)SystemDescription::fromJson("3"), SystemDescriptionError);
+    EXPECT_THROW((void)SystemDescription::fromJson(R"({"macOS": ""})"), SystemDescriptionError);
+}
+
+TEST(FileLock, GoesOnlyOnWithTheLock) {
+    const QTemporaryDir folder;
+    EXPECT_THROW(FileLock{folder.path()}, std::runtime_error) << "a folder cannot be opened for writing";
+    EXPECT_NO_THROW(FileLock{folder.filePath(u"lock"_s)});
+}
+
+/// The variables that say where the lab's data is, put back at the end.
+class LabHome : public ::testing::Test {
+protected:
+    void TearDown() override {
+        for (const auto& [name, value] : saved) {
+            value.isNull() ? qunsetenv(name) : qputenv(name, value);
+        }
+    }
+
+    static QString current(const QString& path) { return QDir::currentPath() + path; }
+
+    const std::vector<std::pair<const char*, QByteArray>> saved{
+        {"CORVANTA_LAB_HOME", qgetenv("CORVANTA_LAB_HOME")},
+        {"CORVANTA_DEVICE_SET", qgetenv("CORVANTA_DEVICE_SET")},
+        {"XDG_DATA_HOME", qgetenv("XDG_DATA_HOME")},
+        {"HOME", qgetenv("HOME")},
+    };
+};
+
+TEST_F(LabHome, IsWhereTheEnvironmentSaysAndAlwaysAbsolute) {
+    qputenv("CORVANTA_LAB_HOME", "/somewhere//lab/../other/");
+    EXPECT_EQ(homeFolder(), u"/somewhere/other");
+    qputenv("CORVANTA_LAB_HOME", "below/./here");
+    EXPECT_EQ(homeFolder(), current(u"/below/here"_s));
+}
+
+TEST_F(LabHome, IsInTheUsersDataFolderOtherwise) {
+    qputenv("CORVANTA_LAB_HOME", "");
+    qputenv("HOME", "/home/somebody");
+    qputenv("XDG_DATA_HOME", "/data");
+    EXPECT_EQ(homeFolder(), u"/data/corvanta-lab");
+    qputenv("XDG_DATA_HOME", "not/absolute");
+    EXPECT_EQ(homeFolder(), u"/home/somebody/.local/share/corvanta-lab");
+    qunsetenv("XDG_DATA_HOME");
+    EXPECT_EQ(homeFolder(), u"/home/somebody/.local/share/corvanta-lab");
+}
+
+TEST_F(LabHome, HoldsTheDeviceSetUnlessTheEnvironmentSaysOtherwise) {
+    qputenv("CORVANTA_LAB_HOME", "/lab");
+    qunsetenv("CORVANTA_DEVICE_SET");
+    EXPECT_EQ(deviceSetFolder(), u"/lab/Devices");
+    qputenv("CORVANTA_DEVICE_SET", "mine/");
+    EXPECT_EQ(deviceSetFolder(), current(u"/mine"_s));
 }
 
 } // namespace

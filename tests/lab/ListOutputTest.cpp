@@ -15,6 +15,11 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
+/// A system with every runtime of the catalogue.
+SystemDescription everything() {
+    return SystemDescription::fromJson("{}");
+}
+
 std::vector<ListedDevice> someDevices() {
     return {{.device = {u"AAAA"_s, u"iPhone 15"_s, u"com.apple.CoreSimulator.SimDeviceType.iPhone-15"_s,
                         u"com.apple.CoreSimulator.SimRuntime.iOS-17-5"_s},
@@ -34,7 +39,7 @@ std::vector<ListedDevice> someDevices() {
 }
 
 QJsonObject listed(const QStringList& arguments) {
-    const QByteArray text = listOutput(ListOptions::parse(arguments), someDevices());
+    const QByteArray text = listOutput(ListOptions::parse(arguments), someDevices(), everything());
     const QJsonDocument document = QJsonDocument::fromJson(text);
     EXPECT_TRUE(document.isObject()) << text.constData();
     return document.object();
@@ -90,7 +95,7 @@ TEST(ListOutput, NarrowsByASearchTermInAnyCase) {
 }
 
 TEST(ListOutput, WritesTextAsPeopleReadIt) {
-    EXPECT_EQ(listOutput(ListOptions::parse({u"devices"_s}), someDevices()),
+    EXPECT_EQ(listOutput(ListOptions::parse({u"devices"_s}), someDevices(), everything()),
               "== Devices ==\n"
               "-- iOS 17.5 --\n"
               "    iPhone 15 (AAAA) (Shutdown) \n"
@@ -98,7 +103,7 @@ TEST(ListOutput, WritesTextAsPeopleReadIt) {
               "    iPhone 16 Pro (BBBB) (Booted) \n"
               "-- Unavailable: com.apple.CoreSimulator.SimRuntime.iOS-9-0 --\n"
               "    Old (CCCC) (Shutdown) (unavailable, runtime profile not found using \"System\" match policy)\n");
-    EXPECT_EQ(listOutput(ListOptions::parse({u"runtimes"_s}), {}),
+    EXPECT_EQ(listOutput(ListOptions::parse({u"runtimes"_s}), {}, everything()),
               "== Runtimes ==\n"
               "iOS 17.5 (17.5 - 21F79) - com.apple.CoreSimulator.SimRuntime.iOS-17-5\n"
               "iOS 18.2 (18.2 - 22C150) - com.apple.CoreSimulator.SimRuntime.iOS-18-2\n");

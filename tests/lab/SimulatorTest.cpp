@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "DeviceBus.h"
 #include "DeviceCatalogue.h"
 #include "DeviceLayout.h"
+#include "LabFolders.h"
 #include "PageServer.h"
 #include "ToolRun.h"
 
 #include <QCoreApplication>
+#include <QDBusConnection>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -123,7 +126,8 @@ protected:
 
     void TearDown() override {
         simctl({u"shutdown"_s, u"all"_s});
-        EXPECT_EQ(labProcesses(), QStringList());
+        const QStringList left = labProcesses();
+        EXPECT_TRUE(left.isEmpty()) << left.join(u'\n').toStdString();
     }
 
     static QString create(const QString& type) {
@@ -280,6 +284,79 @@ TEST_F(Simulator, ShowsItsWindowAndGoesOnWithoutIt) {
     EXPECT_FALSE(window(title).isEmpty());
 }
 
+TEST_F(Simulator, LeavesTheFocusAloneWhenOpenedInTheBackground) {
+    const QString first = create(u"iPhone 16 Pro"_s);
+    const QString second = create(u"iPhone 16"_s);
+    const auto open = [](const QStringList& options, const QString& udid) {
+        return lab(u"open"_s,
+                   options + QStringList{u"-a"_s, u"Simulator"_s, u"--args"_s, u"-CurrentDeviceUDID"_s, udid})
+            .status;
+    };
+    const auto isActive = [](const QString& title) {
+        const ToolRun active = runServing(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s});
+        return QString::fromUtf8(active.output).trimmed() == title;
+    };
+    const QString firstTitle = u"iPhone 16 Pro – iOS 18.2"_s;
+    const QString secondTitle = u"iPhone 16 – iOS 18.2"_s;
+    ASSERT_EQ(open({}, first), 0);
+    ASSERT_TRUE(waitFor([&] { return isActive(firstTitle); }));
+
+    EXPECT_EQ(open({u"-g"_s}, second), 0);
+    EXPECT_FALSE(window(secondTitle).isEmpty()) << "the window is shown";
+    EXPECT_TRUE(isActive(firstTitle));
+    EXPECT_EQ(open({u"-g"_s}, second), 0);
+    EXPECT_TRUE(isActive(firstTitle)) << "nor does a second request take the focus";
+
+    EXPECT_EQ(open({}, second), 0);
+    EXPECT_TRUE(waitFor([&] { return isActive(secondTitle); }));
+}
+
+TEST_F(Simulator, ShutsDownEveryOtherDeviceWhenOneDoesNotObey) {
+    // The test's own process has a device's name and no device behind it.
+    const QString stubborn = u"FFFFFFFF-0000-4000-8000-000000000000"_s;
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    ASSERT_TRUE(bus.registerService(lab::deviceBusName(stubborn)));
+    const QString first = createBooted(u"iPhone 16 Pro"_s);
+    const QString second = createBooted(u"iPhone 16"_s);
+
+    const ToolRun run = simctl({u"shutdown"_s, u"all"_s});
+
+    EXPECT_EQ(run.status, 60);
+    EXPECT_TRUE(run.error.startsWith("An error was encountered processing the command "
+                                     "(domain=NSPOSIXErrorDomain, code=60):\nUnable to shutdown device.\n"))
+        << run.error.constData();
+    EXPECT_EQ(stateOf(first), u"Shutdown");
+    EXPECT_EQ(stateOf(second), u"Shutdown");
+    bus.unregisterService(lab::deviceBusName(stubborn));
+    EXPECT_EQ(simctl({u"shutdown"_s, u"all"_s}).status, 0);
+}
+
+TEST_F(Simulator, DoesNotBootADeviceWhoseRuntimeIsMissing) {
+    const QString udid = create(u"iPhone 16 Pro"_s);
+    const QString path = lab::homeFolder() + u"/system.json"_s;
+    ASSERT_TRUE(path.startsWith(QFile::decodeName(qgetenv("XDG_DATA_HOME")))) << "the test's own home";
+    ASSERT_TRUE(QFile::rename(path, path + u".kept"_s));
+    QFile system(path);
+    ASSERT_TRUE(system.open(QIODevice::WriteOnly));
+    system.write(R"({"runtimes": ["iOS 17.5"]})");
+    system.close();
+    for (const QStringList& command : {QStringList{u"boot"_s, udid}, QStringList{u"bootstatus"_s, udid, u"-b"_s}}) {
+        const ToolRun boot = simctl(command);
+        EXPECT_EQ(boot.status, 145);
+        EXPECT_EQ(boot.error, "An error was encountered processing the command "
+                              "(domain=com.apple.CoreSimulator.SimError, code=401):\n"
+                              "The iOS 18.2 simulator runtime is not available.\n");
+    }
+    const ToolRun open = lab(u"open"_s, {u"-a"_s, u"Simulator"_s, u"--args"_s, u"-CurrentDeviceUDID"_s, udid});
+    EXPECT_EQ(open.status, 1);
+    EXPECT_EQ(open.error,
+              "Unable to boot iPhone 16 Pro: its runtime com.apple.CoreSimulator.SimRuntime.iOS-18-2 is not "
+              "installed.\n");
+    EXPECT_EQ(stateOf(udid), u"Shutdown");
+    EXPECT_TRUE(QFile::remove(path) && QFile::rename(path + u".kept"_s, path));
+    EXPECT_EQ(simctl({u"boot"_s, udid}).status, 0) << "it boots again once the runtime is back";
+}
+
 TEST_F(Simulator, SurvivesTheEndOfAPagesProcess) {
     const QString udid = createBooted(u"iPhone 16"_s);
     simctl({u"openurl"_s, udid, server.url(u"page"_s)});
@@ -304,8 +381,8 @@ TEST_F(Simulator, KeepsTheViewportAtEveryWindowSize) {
     ASSERT_TRUE(waitFor([&] { return !server.last(u"page"_s).isEmpty(); }));
     for (const QSize size : {QSize(250, 900), QSize(311, 512), QSize(333, 777), QSize(400, 400), QSize(471, 950),
                              QSize(518, 960), QSize(640, 480), QSize(900, 300), QSize(220, 300), QSize(700, 980)}) {
-        runServing(u"xdotool"_s,
-                   {u"windowsize"_s, u"--sync"_s, id, QString::number(size.width()), QString::number(size.height())});
+        // Not with --sync, which never comes back from a size that the window has already.
+        runServing(u"xdotool"_s, {u"windowsize"_s, id, QString::number(size.width()), QString::number(size.height())});
         // The page is one colour, so its width in the picture is the view's.
         const QRect page = DeviceLayout::fit(type, size).page;
         const auto drawnWidth = [&] {

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -58,7 +59,9 @@ TEST_F(ToolsTest, XcrunSaysWhenAToolIsMissing) {
 }
 
 TEST_F(ToolsTest, ASystemWithoutToolsHasNoSimctl) {
-    for (const char* system : {R"({"commandLineTools": false})", R"({"xcode": null})"}) {
+    for (const char* system :
+         {R"({"commandLineTools": false})", R"({"xcode": null})", R"({"xcode": null, "commandLineTools": false})"}) {
+        SCOPED_TRACE(system);
         writeSystem(system);
         const ToolRun missing = run(u"xcrun"_s, {u"--find"_s, u"simctl"_s});
         EXPECT_EQ(missing.status, 72);
@@ -76,7 +79,127 @@ TEST_F(ToolsTest, XcodebuildTellsTheVersionOfTheSystem) {
     const ToolRun missing = run(u"xcodebuild"_s, {u"-version"_s});
     EXPECT_EQ(missing.status, 1);
     EXPECT_EQ(missing.output, "");
-    EXPECT_TRUE(missing.error.startsWith("xcode-select: error: tool 'xcodebuild' requires Xcode"));
+    EXPECT_EQ(missing.error, "xcode-select: error: tool 'xcodebuild' requires Xcode, but active developer directory "
+                             "'/Library/Developer/CommandLineTools' is a command line tools instance\n");
+    writeSystem(R"({"xcode": null, "commandLineTools": false})");
+    const ToolRun nothing = run(u"xcodebuild"_s, {u"-version"_s});
+    EXPECT_EQ(nothing.status, 1);
+    EXPECT_TRUE(nothing.error.startsWith("xcode-select: note: No developer tools were found"))
+        << nothing.error.constData();
+}
+
+TEST_F(ToolsTest, XcodeIsThereWithoutTheCommandLineTools) {
+    writeSystem(R"({"xcode": "16.4", "commandLineTools": false})");
+    EXPECT_EQ(run(u"xcodebuild"_s, {u"-version"_s}).output, "Xcode 16.4\nBuild version 16F6\n");
+}
+
+TEST_F(ToolsTest, ListsTheRuntimesThatTheUserHasInstalled) {
+    struct Case {
+        const char* system;
+        QStringList runtimes;
+    };
+
+    for (const Case& given : {Case{"{}", {u"iOS 17.5"_s, u"iOS 18.2"_s}},
+                              Case{R"({"runtimes": ["iOS 18.2", "iOS 17.5"]})", {u"iOS 17.5"_s, u"iOS 18.2"_s}},
+                              Case{R"({"runtimes": ["18.2"]})", {u"iOS 18.2"_s}},
+                              Case{R"({"runtimes": ["com.apple.CoreSimulator.SimRuntime.iOS-17-5"]})", {u"iOS 17.5"_s}},
+                              Case{R"({"runtimes": []})", {}}}) {
+        SCOPED_TRACE(given.system);
+        writeSystem(given.system);
+        const ToolRun list = run(u"xcrun"_s, {u"simctl"_s, u"list"_s, u"-j"_s, u"runtimes"_s, u"available"_s});
+        EXPECT_EQ(list.status, 0) << list.error.constData();
+        const QJsonValue runtimes = QJsonDocument::fromJson(list.output).object()[u"runtimes"];
+        ASSERT_TRUE(runtimes.isArray()) << list.output.constData();
+        QStringList names;
+        for (const QJsonValue runtime : runtimes.toArray()) {
+            EXPECT_TRUE(runtime[u"isAvailable"].toBool());
+            names.append(runtime[u"name"].toString());
+        }
+        EXPECT_EQ(names, given.runtimes);
+    }
+}
+
+TEST_F(ToolsTest, DevicesOfAMissingRuntimeAreUnavailable) {
+    const QString missing = u"com.apple.CoreSimulator.SimRuntime.iOS-17-5"_s;
+    const auto devices = [this](const QStringList& filter) {
+        return QJsonDocument::fromJson(run(u"simctl"_s, QStringList{u"list"_s, u"-j"_s, u"devices"_s} + filter).output)
+            .object()[u"devices"]
+            .toObject();
+    };
+    const qsizetype before = devices({})[missing].toArray().size();
+    ASSERT_GT(before, 0);
+    writeSystem(R"({"runtimes": ["iOS 18.2"]})");
+    EXPECT_TRUE(devices({u"available"_s})[missing].toArray().isEmpty());
+    const QJsonArray listed = devices({})[missing].toArray();
+    EXPECT_EQ(listed.size(), before);
+    EXPECT_FALSE(listed.first()[u"isAvailable"].toBool(true));
+    EXPECT_EQ(listed.first()[u"availabilityError"].toString(),
+              u"runtime profile not found using \"System\" match policy");
+    EXPECT_TRUE(run(u"simctl"_s, {u"list"_s, u"devices"_s}).output.contains("-- Unavailable: " + missing.toUtf8()));
+    writeSystem(R"({"runtimes": ["iOS 17.5", "iOS 18.2"]})");
+    EXPECT_EQ(devices({u"available"_s})[missing].toArray().size(), before) << "they come back with their runtime";
+}
+
+TEST_F(ToolsTest, CreatesForInstalledRuntimesOnly) {
+    writeSystem(R"({"runtimes": ["iOS 17.5"]})");
+    EXPECT_EQ(run(u"simctl"_s, {u"create"_s, u"X"_s, u"iPhone 16"_s, u"iOS 18.2"_s}).error,
+              "Invalid runtime: iOS 18.2\n");
+    EXPECT_EQ(run(u"simctl"_s, {u"create"_s, u"X"_s, u"iPhone 15"_s}).status, 0);
+    EXPECT_EQ(run(u"simctl"_s, {u"create"_s, u"X"_s, u"iPhone 16"_s}).status, 147);
+    writeSystem(R"({"runtimes": []})");
+    const ToolRun none = run(u"simctl"_s, {u"create"_s, u"X"_s, u"iPhone 16"_s});
+    EXPECT_EQ(none.status, 147);
+    EXPECT_TRUE(none.error.endsWith("No installed runtime supports device type: iPhone 16\n"))
+        << none.error.constData();
+}
+
+TEST_F(ToolsTest, EveryToolSaysWhatIsWrongWithADamagedSystem) {
+    struct Case {
+        const char* system;
+        const char* problem;
+    };
+
+    const QByteArray path = home().toUtf8() + "/system.json";
+    for (const Case& given :
+         {Case{"", ": line 1: "}, Case{"{\n  \"xcode\": \"16.4\",\n}\n", ": line 3: "},
+          Case{"[]", ": the file must hold one object in braces\n"},
+          Case{R"({"macOS": 15})", ": \"macOS\" must be a text such as \"15.5\"\n"},
+          Case{R"({"xcode": false})", ": \"xcode\" must be a text such as \"16.4\"\n"},
+          Case{R"({"commandLineTools": "no"})", ": \"commandLineTools\" must be true or false\n"},
+          Case{R"({"runtimes": "iOS 18.2"})", ": \"runtimes\" must be a list such as [\"iOS 18.2\"]\n"},
+          Case{R"({"runtimes": ["iOS 9.0"]})",
+               ": \"runtimes\" names what the lab does not have; it has iOS 17.5, iOS 18.2\n"},
+          Case{R"({"runtimes": [18.2]})",
+               ": \"runtimes\" names what the lab does not have; it has iOS 17.5, iOS 18.2\n"}}) {
+        SCOPED_TRACE(given.system);
+        writeSystem(given.system);
+        const ToolRun version = run(u"xcodebuild"_s, {u"-version"_s});
+        EXPECT_EQ(version.status, 1);
+        EXPECT_EQ(version.output, "");
+        EXPECT_TRUE(version.error.startsWith("xcodebuild: error: " + path + given.problem))
+            << version.error.constData();
+        const ToolRun find = run(u"xcrun"_s, {u"--find"_s, u"simctl"_s});
+        EXPECT_EQ(find.status, 1);
+        EXPECT_TRUE(find.error.startsWith("xcrun: error: " + path + given.problem)) << find.error.constData();
+        const ToolRun list = run(u"simctl"_s, {u"list"_s, u"-j"_s, u"runtimes"_s, u"available"_s});
+        EXPECT_EQ(list.status, 1);
+        EXPECT_EQ(list.output, "");
+        EXPECT_TRUE(list.error.startsWith("simctl: " + path + given.problem)) << list.error.constData();
+        const ToolRun show = run(u"open"_s, {u"-a"_s, u"Simulator"_s});
+        EXPECT_EQ(show.status, 1);
+        EXPECT_TRUE(show.error.startsWith("open: " + path + given.problem)) << show.error.constData();
+    }
+    QFile file(QString::fromUtf8(path));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), R"({"runtimes": [18.2]})") << "the user's file is left as it is";
+}
+
+TEST_F(ToolsTest, SaysThatTheSystemCannotBeRead) {
+    ASSERT_TRUE(QDir().mkpath(home() + u"/system.json"_s));
+    const ToolRun version = run(u"xcodebuild"_s, {u"-version"_s});
+    EXPECT_EQ(version.status, 1);
+    EXPECT_TRUE(version.error.startsWith("xcodebuild: error: " + home().toUtf8() + "/system.json: "))
+        << version.error.constData();
 }
 
 TEST_F(ToolsTest, ListsDevicesWithoutASessionBus) {
@@ -126,6 +249,16 @@ TEST_F(ToolsTest, RefusesToWorkOnADeviceThatIsOff) {
                              "(domain=com.apple.CoreSimulator.SimError, code=405):\n"
                              "Unable to lookup in current state: Shutdown\n");
     }
+}
+
+TEST_F(ToolsTest, OpenRefusesAnAddressThatIsNoBrowsers) {
+    const ToolRun mail = run(u"open"_s, {u"mailto:somebody@example.org"_s});
+    EXPECT_EQ(mail.status, 1);
+    EXPECT_TRUE(mail.error.startsWith("No application knows how to open URL mailto:somebody@example.org"))
+        << mail.error.constData();
+    const ToolRun file = run(u"open"_s, {u"-a"_s, u"Safari"_s, home() + u"/none.html"_s});
+    EXPECT_EQ(file.status, 1);
+    EXPECT_EQ(file.error, "The file " + home().toUtf8() + "/none.html does not exist.\n");
 }
 
 TEST_F(ToolsTest, OpenNamesAnUnknownApplication) {

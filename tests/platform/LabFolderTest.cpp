@@ -3,9 +3,14 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
 
 namespace corvanta {
 namespace {
@@ -58,6 +63,27 @@ TEST(LabFolder, IsWhereTheEnvironmentSays) {
     EXPECT_EQ(LabFolder().program(u"open"_s), u"/somewhere/lab/open"_s);
     qunsetenv("CORVANTA_LAB_DIR");
     EXPECT_TRUE(LabFolder().program(u"open"_s).endsWith(u"/libexec/corvanta-lab/open"_s));
+}
+
+TEST_F(LabFolderTest, ReadsTheSystemWhereTheLabsProgramsDo) {
+    const std::array names{"CORVANTA_LAB_HOME", "XDG_DATA_HOME", "HOME"};
+    std::array<QByteArray, 3> saved;
+    std::ranges::transform(names, saved.begin(), [](const char* name) { return qgetenv(name); });
+    const auto restore = qScopeGuard([&] {
+        for (std::size_t index = 0; index < names.size(); ++index)
+            saved[index].isNull() ? qunsetenv(names[index]) : qputenv(names[index], saved[index]);
+    });
+    write(u".local/share/corvanta-lab/system.json"_s, R"({"macOS": "13.1"})");
+    write(u"data/corvanta-lab/system.json"_s, R"({"macOS": "13.2"})");
+    write(u"own/system.json"_s, R"({"macOS": "13.3"})");
+    qputenv("HOME", folder.path().toUtf8());
+    qunsetenv("CORVANTA_LAB_HOME");
+    qputenv("XDG_DATA_HOME", "data");
+    EXPECT_EQ(LabFolder().operatingSystemVersion(), (OperatingSystemVersion{13, 1})) << "relative is none";
+    qputenv("XDG_DATA_HOME", folder.filePath(u"data"_s).toUtf8());
+    EXPECT_EQ(LabFolder().operatingSystemVersion(), (OperatingSystemVersion{13, 2}));
+    qputenv("CORVANTA_LAB_HOME", folder.filePath(u"own"_s).toUtf8());
+    EXPECT_EQ(LabFolder().operatingSystemVersion(), (OperatingSystemVersion{13, 3}));
 }
 
 } // namespace

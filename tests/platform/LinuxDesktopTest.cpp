@@ -10,6 +10,9 @@
 #include <QDBusConnectionInterface>
 #include <QDBusReply>
 #include <QFile>
+#include <QScopeGuard>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QWidget>
 
@@ -79,15 +82,16 @@ TEST_F(LinuxDesktopTest, BringsAnApplicationForward) {
         return active ? windows.instanceName(*active) : QString();
     };
     ASSERT_TRUE(waitUntil([&] { return windows.windows().size() == 3; }));
-    // The focus passes through other windows on its way, so it counts once it was there.
-    const auto comesForward = [&](const QString& name, std::size_t count) {
-        bool wasInFront = false;
+    // The focus passes through other windows on its way, so it counts where it has come to rest.
+    const auto comesForward = [&](const QString& name, std::ptrdiff_t count) {
+        int looksInARow = 0;
         return waitUntil([&] {
             const auto stacked = windows.windows();
-            const auto own = std::ranges::count_if(stacked.end() - static_cast<std::ptrdiff_t>(count), stacked.end(),
-                                                   [&](auto window) { return windows.instanceName(window) == name; });
-            wasInFront = wasInFront || (activeName() == name && own == static_cast<std::ptrdiff_t>(count));
-            return wasInFront;
+            const auto belongs = [&](auto window) { return windows.instanceName(window) == name; };
+            const bool isInFront = activeName() == name && std::ranges::count_if(stacked, belongs) == count &&
+                                   std::all_of(stacked.end() - count, stacked.end(), belongs);
+            looksInARow = isInFront ? looksInARow + 1 : 0;
+            return looksInARow > 10;
         });
     };
     desktop.activate(u"dev.corvanta.OtherFixture"_s);
@@ -100,6 +104,77 @@ TEST_F(LinuxDesktopTest, LeavesAddressesOfAMacAloneWhereNothingExplainsThem) {
     const auto pane = URL::parse(u"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility");
     ASSERT_TRUE(pane);
     EXPECT_FALSE(desktop.openURL(*pane));
+}
+
+/// The desktop with the real lab's programs.
+class DesktopWithLab : public LinuxDesktopTest {
+protected:
+    void SetUp() override { qputenv("CORVANTA_LAB_HOME", folder.path().toUtf8()); }
+
+    void TearDown() override {
+        const QDBusReply<uint> browser = QDBusConnection::sessionBus().interface()->servicePid(u"com.apple.Safari"_s);
+        if (browser.isValid())
+            ::kill(static_cast<pid_t>(browser.value()), SIGTERM);
+        EXPECT_TRUE(waitUntil([&] { return !lab.isRunning(u"com.apple.Safari"_s) && windows.windows().empty(); }));
+        qunsetenv("CORVANTA_LAB_HOME");
+    }
+
+    /// Whether the lab's browser comes to show a page with that title, in front.
+    bool showsPage(const QString& title) {
+        return waitUntil([&] {
+            const auto active = windows.activeWindow();
+            return active && windows.instanceName(*active) == u"com.apple.Safari" &&
+                   windows.title(*active) == title + u" — Safari"_s;
+        });
+    }
+
+    LinuxDesktop lab{windows, screens, clock, LabFolder(QString::fromUtf8(CORVANTA_LAB_PROGRAMS), folder.path()),
+                     [this](const QString& name) { return client.hasMenuBar(name); }};
+};
+
+TEST_F(DesktopWithLab, ExplainsInTheLabsBrowserWhatOnlyAMacHas) {
+    struct Case {
+        const char16_t* address;
+        QString title;
+    };
+
+    for (const Case& given : {Case{u"x-apple.systempreferences:com.apple.Software-Update-Settings.extension",
+                                   u"Software Update on Linux"_s},
+                              Case{u"macappstore://apps.apple.com/app/xcode/id497799835", u"Xcode on Linux"_s},
+                              Case{u"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility",
+                                   u"Accessibility on Linux"_s}}) {
+        SCOPED_TRACE(given.title.toStdString());
+        const auto url = URL::parse(given.address);
+        ASSERT_TRUE(url);
+        EXPECT_TRUE(lab.openURL(*url));
+        EXPECT_TRUE(showsPage(given.title));
+    }
+}
+
+TEST_F(DesktopWithLab, OpensWebAddressesInTheLabsBrowserWhereThereIsNoOther) {
+    const QByteArray path = qgetenv("PATH");
+    const auto restore = qScopeGuard([&] { qputenv("PATH", path); });
+    // No opener of the desktop is found.
+    qputenv("PATH", folder.path().toUtf8());
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    QObject::connect(&server, &QTcpServer::newConnection, &server, [&server] {
+        QTcpSocket* const socket = server.nextPendingConnection();
+        // Whoever hangs up on a request that it has not read takes its answer back.
+        QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket, request = QByteArray()]() mutable {
+            request += socket->readAll();
+            if (request.endsWith("\r\n\r\n")) {
+                socket->write("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<title>A page of the web</title>");
+                socket->disconnectFromHost();
+            }
+        });
+    });
+    const auto url = URL::parse(u"http://127.0.0.1:%1/"_s.arg(server.serverPort()));
+    ASSERT_TRUE(url);
+
+    EXPECT_TRUE(lab.openURL(*url));
+
+    EXPECT_TRUE(showsPage(u"A page of the web"_s));
 }
 
 TEST_F(LinuxDesktopTest, MeasuresTheScreen) {

@@ -78,7 +78,8 @@ public:
             for (int index = 0; index < count; ++index)
                 addPage("filled — page " + std::to_string(index));
         } else if (verb == "window") {
-            gtk_widget_show_all(makeWindow(rest));
+            m_latest = makeWindow(rest);
+            gtk_widget_show_all(m_latest);
         } else if (verb == "headerbar") {
             GtkWidget* const window = makeWindow(rest);
             GtkWidget* const header = gtk_header_bar_new();
@@ -86,10 +87,14 @@ public:
             gtk_header_bar_set_show_close_button(GTK_HEADER_BAR(header), TRUE);
             gtk_window_set_titlebar(GTK_WINDOW(window), header);
             gtk_widget_show_all(window);
+            m_latest = window;
+        } else if (verb == "minimum") {
+            const int size = std::stoi(rest);
+            gtk_widget_set_size_request(m_window, size, size);
         } else if (verb == "iconify") {
             gtk_window_iconify(GTK_WINDOW(m_window));
         } else if (verb == "maximize") {
-            gtk_window_maximize(GTK_WINDOW(m_window));
+            gtk_window_maximize(GTK_WINDOW(rest == "latest" ? m_latest : m_window));
         } else if (verb == "hide") {
             gtk_widget_hide(m_window);
         } else if (verb == "show") {
@@ -134,6 +139,7 @@ private:
     }
 
     GtkWidget* m_window = nullptr;
+    GtkWidget* m_latest = nullptr;
     GtkWidget* m_pages = nullptr;
     std::map<std::string, GtkWidget*> m_items;
 };

@@ -111,6 +111,11 @@ FakeAccessibilityTree::Element& FakeAccessibilityTree::Element::refuse(const QSt
     return *this;
 }
 
+FakeAccessibilityTree::Element& FakeAccessibilityTree::Element::hang(bool isHung) {
+    m_isHung = isHung;
+    return *this;
+}
+
 FakeAccessibilityTree::Element& FakeAccessibilityTree::Element::whenPerformed(const QString& action, Change effect) {
     m_effects.insert_or_assign(action, std::move(effect));
     return *this;
@@ -174,6 +179,10 @@ void FakeAccessibilityTree::catchUp() {
     }
 }
 
+bool FakeAccessibilityTree::isAlive(const Element& element) const {
+    return answers && !element.m_isGone && !element.m_isHung;
+}
+
 FakeAccessibilityTree::Element& FakeAccessibilityTree::elementOf(const AccessibilityElement& handle) {
     return dynamic_cast<const FakeNode&>(handle.node()).element;
 }
@@ -192,7 +201,7 @@ bool FakeAccessibilityTree::requestTrust() {
 std::optional<AccessibilityElement> FakeAccessibilityTree::application(const QString& bundleIdentifier) {
     catchUp();
     const auto found = m_applications.find(bundleIdentifier);
-    return found == m_applications.end() ? std::nullopt : std::optional(found->second->handle());
+    return !answers || found == m_applications.end() ? std::nullopt : std::optional(found->second->handle());
 }
 
 std::optional<AccessibilityValue> FakeAccessibilityTree::attribute(const AccessibilityElement& element,
@@ -204,7 +213,7 @@ std::optional<AccessibilityValue> FakeAccessibilityTree::attribute(const Accessi
     if (const auto change = read.m_beforeReads.extract({attribute, number}))
         change.mapped()();
     const auto found = read.m_attributes.find(attribute);
-    if (read.m_isGone || found == read.m_attributes.end())
+    if (!isAlive(read) || found == read.m_attributes.end())
         return std::nullopt;
     return std::visit(ToClient{}, found->second);
 }
@@ -215,7 +224,7 @@ bool FakeAccessibilityTree::setAttribute(const AccessibilityElement& element, QS
     Element& written = elementOf(element);
     const QString attribute = name.toString();
     const QString call = attribute + u' ' + std::visit(Text{}, value) + u' ' + written.m_name;
-    if (written.m_isGone || written.m_refused.contains(attribute)) {
+    if (!isAlive(written) || written.m_refused.contains(attribute)) {
         log.add(call + u" refused"_s);
         return false;
     }
@@ -232,7 +241,7 @@ bool FakeAccessibilityTree::performAction(const AccessibilityElement& element, Q
     Element& performer = elementOf(element);
     const QString action = name.toString();
     const QString call = action + u' ' + performer.m_name;
-    if (performer.m_isGone || performer.m_refused.contains(action)) {
+    if (!isAlive(performer) || performer.m_refused.contains(action)) {
         log.add(call + u" refused"_s);
         return false;
     }

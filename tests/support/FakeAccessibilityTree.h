@@ -48,6 +48,8 @@ public:
 
         /// Refuses the action or the write of the attribute with that name.
         Element& refuse(const QString& actionOrAttribute);
+        /// Answers no read and refuses everything, or ends that, as the elements of a program do that hangs.
+        Element& hang(bool isHung);
         /// What a successful action brings about.
         Element& whenPerformed(const QString& action, Change effect);
         /// What happens just before the attribute is read for the `number`-th time, 1 being the first.
@@ -64,6 +66,7 @@ public:
         const int m_number;
         const QString m_name;
         bool m_isGone = false;
+        bool m_isHung = false;
         std::map<QString, Value> m_attributes;
         QSet<QString> m_refused;
         std::map<QString, Change> m_effects;
@@ -100,11 +103,15 @@ public:
     /// "AXPress Develop", "AXPosition 8,25 Simulator", with " refused" behind it where that was the answer.
     CallLog log;
     bool trusted = true;
+    /// Whether anything at all answers.
+    bool answers = true;
     bool grantsTrustWhenAsked = false;
     int trustRequests = 0;
 
 private:
     void catchUp();
+    /// Whether the element answers reads and takes actions and writes.
+    [[nodiscard]] bool isAlive(const Element& element) const;
     const VirtualClock& m_clock;
     std::deque<Element> m_elements;
     std::map<QString, Element*> m_applications;

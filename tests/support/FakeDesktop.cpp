@@ -26,6 +26,8 @@ QCoro::Task<void> FakeDesktop::openApplication(QString path) {
     m_log.add(u"openApplication "_s + path);
     co_await script.play(DesktopOperation::openApplication);
     running.insert(paths.key(path));
+    if (whenOpened)
+        whenOpened(path);
 }
 
 bool FakeDesktop::openURL(const URL& url) {

@@ -8,6 +8,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <functional>
+
 namespace corvanta::testing {
 
 enum class DesktopOperation { openApplication };
@@ -35,6 +37,8 @@ public:
 
     Script<DesktopOperation> script;
     QSet<QString> running;
+    /// What happens once the application under that path has been opened.
+    std::function<void(const QString& path)> whenOpened;
     /// The paths of what is installed, by bundle identifier.
     QHash<QString, QString> paths;
     bool takesURLs = true;

@@ -31,12 +31,20 @@ public:
     /// Later calls of the operation succeed again.
     void succeed(Operation operation) { m_behaviours[operation].error = nullptr; }
 
-    /// Later calls of all operations succeed at once, as at first.
-    void reset() { m_behaviours.clear(); }
+    /// Whether an operation ends early when its token is cancelled, as at first, or goes on to its own end.
+    void setHeedsCancellation(bool heeds) { m_heedsCancellation = heeds; }
+
+    /// Everything is as at first: later calls succeed at once.
+    void reset() {
+        m_behaviours.clear();
+        m_heedsCancellation = true;
+    }
 
     /// What each operation does between being recorded and giving its result.
     [[nodiscard]] QCoro::Task<void> play(Operation operation, CancellationToken token = {}) {
         const Behaviour behaviour = m_behaviours[operation];
+        if (!m_heedsCancellation)
+            token = {};
         if (behaviour.duration > Clock::Duration::zero() &&
             co_await m_clock.sleepFor(behaviour.duration, token) == SleepResult::cancelled && token.isCancelled())
             throw CancelledError();
@@ -51,6 +59,7 @@ private:
     };
 
     Clock& m_clock;
+    bool m_heedsCancellation = true;
     std::map<Operation, Behaviour> m_behaviours;
 };
 

@@ -31,11 +31,12 @@ TEXT
   for program in "${programs[@]}"; do
     say "$program"
     LLVM_PROFILE_FILE=$folder/counts/$program.profraw "$folder/tests/$program" --gtest_brief=1
-    objects+=(--object "$folder/tests/$program")
+    # The first program has no option of its own.
+    objects+=(${objects:+--object} "$folder/tests/$program")
   done
   llvm-profdata-19 merge --sparse -o "$folder/counts/all.profdata" "$folder"/counts/*.profraw
 
-  local selection=(--instr-profile="$folder/counts/all.profdata" "${objects[@]}" core app/workspace)
+  local selection=(--instr-profile="$folder/counts/all.profdata" "${objects[@]}" --sources core app/workspace)
   llvm-cov-19 report "${selection[@]}" --show-branch-summary --show-region-summary=false
   llvm-cov-19 export "${selection[@]}" --format=lcov --skip-expansions >"$folder/counts/lines.info"
   say "Not reached"
@@ -46,11 +47,16 @@ TEXT
           exit !(lines > 0 && 100 * hit >= least * lines) }' "$folder/counts/lines.info"
 }
 
-# Lines that were never run, and branches of lines that were run but never took one way.
+# Lines that were never run, runs of them in one, and branches of lines that were run but never took one way.
 not_reached() {
   awk -F'[:,]' -v root="$CORVANTA_ROOT/" '
+    function tell() {
+      if (first) print file ":" first (last > first ? "-" last : "") ": " (last > first ? "lines" : "line")
+      first = 0
+    }
     $1 == "SF" { file = $2; sub(root, "", file) }
-    $1 == "DA" && $3 == 0 { print file ":" $2 ": line"; dead[file, $2] = 1 }
-    $1 == "BRDA" && ($5 == 0) && !((file, $2) in dead) { way[file ":" $2] = way[file ":" $2] " " $4 }
-    END { for (place in way) print place ": branch" way[place] }' "$1" | sort -V
+    $1 == "DA" && $3 == 0 { if (!first || $2 != last + 1) { tell(); first = $2 } last = $2; dead[file, $2] = 1 }
+    $1 == "BRDA" && $5 == 0 { way[file ":" $2] = way[file ":" $2] " " $4; place[file ":" $2] = file SUBSEP $2 }
+    $1 == "end_of_record" { tell() }
+    END { for (where in way) if (!(place[where] in dead)) print where ": branch" way[where] }' "$1" | sort -V
 }

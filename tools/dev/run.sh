@@ -81,7 +81,7 @@ run_headless() {
   mkdir -p "$folder"
   say "There is no display to show Corvanta on; it runs on a virtual desktop"
   # What the buses and the X server say about their own start and end is no news of the workspace.
-  CORVANTA_LAB_HOME=$folder/lab tests/support/virtual-desktop --size 1600x1000 tools/dev/headless-session \
+  CORVANTA_LAB_HOME=$folder/lab tests/support/virtual-desktop --size 1600x1000 --limit 330 tools/dev/headless-session \
     timeout --kill-after=10 300 tools/dev/with-sample-page "$CORVANTA_BUILD/bin/Corvanta" "${options[@]}" "$@" \
     > >(desktop_news) 2> >(desktop_news >&2)
 }

@@ -75,7 +75,7 @@ int main(int argc, char** argv) {
         return 1;
     }
 
-    corvanta::InspectorSession session(options.server);
+    corvanta::lab::InspectorSession session(options.server);
     if (options.readsCommands)
         session.readCommands();
     if (options.target > 0) {

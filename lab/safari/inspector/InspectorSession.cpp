@@ -7,7 +7,7 @@
 #include <array>
 #include <cstring>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -159,4 +159,4 @@ void InspectorSession::applyTitle() {
         gtk_header_bar_set_title(GTK_HEADER_BAR(bar), title.c_str());
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

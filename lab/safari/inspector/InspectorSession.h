@@ -9,7 +9,7 @@
 
 #include <string>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 /// Opens WebKit's own inspector window for one page of a device, and ends the process when that window is to go.
 ///
@@ -45,4 +45,4 @@ private:
     SourceGuard m_limit;
 };
 
-} // namespace corvanta
+} // namespace corvanta::lab

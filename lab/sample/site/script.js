@@ -79,12 +79,25 @@ if (document.body.dataset.opens) {
   setTimeout(() => openAll(document.body.dataset.opens), 500);
 }
 
-if ('restless' in document.body.dataset) {
+function beRestless() {
+  // WebKit allows a page a hundred changes of its address in thirty seconds.
+  const ticksPerAddress = 4;
+  let changesAddress = new URLSearchParams(location.search).has('address');
   let count = 0;
+  document.querySelector('[data-restless-address]').addEventListener('click', () => {
+    changesAddress = true;
+  });
   setInterval(() => {
     count += 1;
     document.title = `Corvanta restless page ${count}`;
+    if (changesAddress && count % ticksPerAddress === 0) {
+      history.replaceState(null, '', `restless-${count}.html`);
+    }
   }, 100);
+}
+
+if ('restless' in document.body.dataset) {
+  beRestless();
 }
 
 window.addEventListener('resize', showDevice);

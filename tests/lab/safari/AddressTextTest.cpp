@@ -5,7 +5,7 @@
 
 #include <ostream>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -44,4 +44,4 @@ TEST_P(AddressTextTable, MeansAnAddress) {
 INSTANTIATE_TEST_SUITE_P(AddressText, AddressTextTable, ::testing::ValuesIn(cases),
                          [](const auto& example) { return std::string(example.param.name); });
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-namespace corvanta::testing {
+namespace corvanta::lab::testing {
 
 struct ClientWindows::Connection {
     xcb_connection_t* xcb = nullptr;
@@ -112,4 +112,4 @@ bool ClientWindows::inputIsFree() const {
     return isFree;
 }
 
-} // namespace corvanta::testing
+} // namespace corvanta::lab::testing

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace corvanta::testing {
+namespace corvanta::lab::testing {
 
 /// The windows on the test's desktop, as the window manager knows them.
 class ClientWindows {
@@ -40,4 +40,4 @@ private:
     std::unique_ptr<Connection> m_connection;
 };
 
-} // namespace corvanta::testing
+} // namespace corvanta::lab::testing

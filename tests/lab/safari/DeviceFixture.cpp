@@ -17,7 +17,7 @@
 
 namespace {
 
-using corvanta::GlibPointer;
+using corvanta::lab::GlibPointer;
 
 constexpr const char* introspection = R"(
 <node>

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 TEST(InspectorCommands, AreLines) {
     EXPECT_EQ(formatCommand(InspectCommand{{3, 17}, "apple.test — a b"}), "inspect 3 17 apple.test — a b\n");
@@ -23,4 +23,4 @@ TEST(InspectorCommands, ThatMeanNothingAreRefused) {
         EXPECT_FALSE(parseCommand(line)) << line;
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

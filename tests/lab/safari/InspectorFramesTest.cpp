@@ -7,7 +7,7 @@
 
 #include <random>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -116,10 +116,18 @@ TEST(InspectorFrameReader, RefusesAnEmptyBody) {
 
 TEST(InspectorFrameReader, RefusesABodyBeyondAllReason) {
     InspectorFrameReader reader;
-    reader.append(bytes({255, 0, 0, 0, 1}));
+    reader.append(bytes({8, 0, 0, 1, 1}));
 
     EXPECT_FALSE(reader.next());
     EXPECT_TRUE(reader.isMalformed());
+}
+
+TEST(InspectorFrameReader, WaitsForTheLargestBody) {
+    InspectorFrameReader reader;
+    reader.append(bytes({8, 0, 0, 0, 1}));
+
+    EXPECT_FALSE(reader.next());
+    EXPECT_FALSE(reader.isMalformed());
 }
 
 TEST(InspectorFrameReader, RefusesANameWithoutAnEnd) {
@@ -147,4 +155,4 @@ TEST(InspectorFrameReader, SurvivesEveryDamageToAList) {
     }
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

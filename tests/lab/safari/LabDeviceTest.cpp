@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -45,4 +45,4 @@ TEST(LabDevice, TellsTwinsApart) {
     EXPECT_FALSE(comesBefore(device("iPhone", "iOS 18.2", "b"), device("iPhone", "iOS 18.2", "a")));
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

@@ -5,7 +5,7 @@
 
 #include <ostream>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -62,4 +62,4 @@ TEST(PageTitle, ShortensAnEndlessAddress) {
     EXPECT_TRUE(title.ends_with("…"));
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

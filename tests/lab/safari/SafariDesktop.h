@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace corvanta::testing {
+namespace corvanta::lab::testing {
 
 /// An object on the accessibility bus: who has it and where. Asked anew for everything, never remembered; libatspi 2.46
 /// waits for itself for ever when events arrive during its calls.
@@ -24,8 +24,13 @@ struct Accessible {
     [[nodiscard]] std::string name() const;
     [[nodiscard]] std::uint32_t role() const;
     [[nodiscard]] bool isEnabled() const;
+    /// Whether it can be seen, when its window can.
+    [[nodiscard]] bool isShowing() const;
     [[nodiscard]] std::vector<Accessible> children() const;
     bool doAction() const;
+
+    /// Whether the object is in the state with that number.
+    [[nodiscard]] bool hasState(std::uint32_t state) const;
 
     /// The parent of all applications.
     [[nodiscard]] static Accessible desktop();
@@ -108,6 +113,9 @@ protected:
     [[nodiscard]] std::vector<std::string> pages(const std::string& device = "iPhone 16 Pro – iOS 18.2") const;
     /// What a page's item is called, and does, on the accessibility bus.
     bool press(const std::vector<std::string>& titles) const;
+    /// The first object below some frame whose title begins with `start` that has the name, at most `depth` levels
+    /// down.
+    [[nodiscard]] std::optional<Accessible> inFrame(const std::string& start, const std::string& name, int depth) const;
     /// Whether below some frame whose title begins with `start` is a named object, at most `depth` levels down.
     [[nodiscard]] bool frameHolds(const std::string& start, const std::string& name, int depth) const;
     /// Presses a named object somewhere below `root`.
@@ -125,4 +133,4 @@ protected:
     ClientWindows m_windows;
 };
 
-} // namespace corvanta::testing
+} // namespace corvanta::lab::testing

@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
-namespace corvanta::testing {
+namespace corvanta::lab::testing {
 
 namespace {
 
@@ -257,6 +259,129 @@ TEST_F(SafariDesktop, StartsWithoutADevelopMenuWhenTurnedOff) {
     EXPECT_TRUE(eventually([this] { return std::ranges::count(menuTitles({}), "Develop") == 1; }));
 }
 
+/// With the developer features off.
+class SafariWithoutDeveloperFeatures : public SafariDesktop {
+protected:
+    void SetUp() override {
+        SafariDesktop::SetUp();
+        std::ofstream(m_labHome + "/safari.json") << R"({"developerFeatures": false})";
+    }
+
+    [[nodiscard]] bool hints() const {
+        const auto button = inFrame("Start Page", "Open Settings…", 6);
+        return button && button->isShowing();
+    }
+
+    static bool typeKey(const char* key) {
+        const std::string command = std::string("xdotool key ") + key;
+        return std::system(command.c_str()) == 0; // NOLINT(*-env33-c): a fixed word
+    }
+
+    [[nodiscard]] bool frontWindowIs(const std::string& title) const {
+        const auto windows = m_windows.titled(title);
+        return windows.size() == 1 && m_windows.active() == windows.front();
+    }
+
+    [[nodiscard]] bool pressInFrame(const std::string& title, const std::string& name) const {
+        return std::ranges::any_of(frames(), [&](const Accessible& frame) {
+            return frame.name().starts_with(title) && pressButton(frame, name);
+        });
+    }
+};
+
+TEST_F(SafariWithoutDeveloperFeatures, SaysSoAndLeadsToTheSwitch) {
+    startSafari({});
+
+    ASSERT_TRUE(eventually([this] { return hints(); }));
+    ASSERT_TRUE(pressInFrame("Start Page", "Open Settings…"));
+    ASSERT_TRUE(eventually([this] { return frameHolds("Settings", "Advanced", 3); }));
+    ASSERT_TRUE(pressInFrame("Settings", "Show features for web developers"));
+
+    EXPECT_TRUE(eventually([this] { return std::ranges::count(menuTitles({}), "Develop") == 1; }));
+    EXPECT_TRUE(eventually([this] { return !hints(); }));
+}
+
+TEST_F(SafariWithoutDeveloperFeatures, SaysSoAgainWhenBroughtForward) {
+    startSafari();
+    ASSERT_TRUE(eventually([this] { return hints(); }));
+    ASSERT_TRUE(pressInFrame("Start Page", "Not Now"));
+    ASSERT_TRUE(eventually([this] { return !hints(); }));
+
+    RunningProgram second({SAFARI_PROGRAM}, m_labHome);
+    EXPECT_EQ(second.wait(), 0);
+
+    EXPECT_TRUE(eventually([this] { return hints(); }));
+}
+
+TEST_F(SafariWithoutDeveloperFeatures, TurnsThemOnByKeyboardAlone) {
+    startSafari({});
+    ASSERT_TRUE(eventually([this] { return frontWindowIs("Start Page — Safari"); }));
+
+    // Keys that are typed before the window has the focus go nowhere, so they are typed again; the second showing of
+    // the settings is the first.
+    ASSERT_TRUE(eventually([this] {
+        return (frontWindowIs("Start Page — Safari") ? typeKey("ctrl+comma") : true) && frontWindowIs("Settings");
+    }));
+    ASSERT_TRUE(typeKey("space"));
+    EXPECT_TRUE(eventually([this] { return std::ranges::count(menuTitles({}), "Develop") == 1; }));
+
+    ASSERT_TRUE(typeKey("Escape"));
+    EXPECT_TRUE(eventually([this] { return m_windows.titled("Settings").empty(); }));
+}
+
+TEST_F(SafariDesktop, DoesNotSpeakOfDeveloperFeaturesThatAreOn) {
+    startSafari({});
+    ASSERT_TRUE(eventually([this] { return frameHolds("Start Page", "Address", 6); }));
+    const auto button = inFrame("Start Page", "Open Settings…", 6);
+    EXPECT_FALSE(button && button->isShowing());
+}
+
+TEST_F(SafariDesktop, AsksADeviceAgainThatAnsweredWithAnError) {
+    const char* const busName = "dev.corvanta.Lab.Device.UTEST_9";
+    const GlibPointer<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    // Counts the questions; as long as there is no object, the connection itself answers them with an error.
+    std::atomic<int> questions = 0;
+    const guint filter = g_dbus_connection_add_filter(
+        bus.get(),
+        [](GDBusConnection*, GDBusMessage* message, gboolean isIncoming, gpointer count) {
+            if (isIncoming && g_strcmp0(g_dbus_message_get_member(message), "GetAll") == 0)
+                ++*static_cast<std::atomic<int>*>(count);
+            return message;
+        },
+        &questions, nullptr);
+    const guint name = g_bus_own_name_on_connection(bus.get(), busName, G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr,
+                                                    nullptr, nullptr);
+    startSafari();
+    ASSERT_TRUE(eventually([&] { return questions > 0; }));
+
+    const GDBusInterfaceVTable table{
+        nullptr,
+        [](GDBusConnection*, const char*, const char*, const char*, const char* property, GError**, gpointer) {
+            const std::string wanted = property;
+            return g_variant_new_string(wanted == "Name"          ? "Late"
+                                        : wanted == "RuntimeName" ? "iOS 18.2"
+                                        : wanted == "State"       ? "Booted"
+                                                                  : "127.0.0.1:1");
+        },
+        nullptr,
+        {}};
+    GDBusNodeInfo* const node = g_dbus_node_info_new_for_xml(R"(<node><interface name="dev.corvanta.Lab.Device1">
+        <property name="Name" type="s" access="read"/><property name="RuntimeName" type="s" access="read"/>
+        <property name="State" type="s" access="read"/><property name="InspectorAddress" type="s" access="read"/>
+        </interface></node>)",
+                                                             nullptr);
+    const guint object = g_dbus_connection_register_object(bus.get(), "/dev/corvanta/Lab/Device", node->interfaces[0],
+                                                           &table, nullptr, nullptr, nullptr);
+
+    EXPECT_TRUE(eventually([this] { return !menu({"Develop", "Late – iOS 18.2"}).empty(); }));
+
+    g_bus_unown_name(name);
+    EXPECT_TRUE(eventually([this] { return menu({"Develop", "Late – iOS 18.2"}).empty(); }));
+    g_dbus_connection_unregister_object(bus.get(), object);
+    g_dbus_connection_remove_filter(bus.get(), filter);
+    g_dbus_node_info_unref(node);
+}
+
 TEST_F(SafariDesktop, ListsDevicesByNameAndNewestRuntimeFirst) {
     device().open("page://apple.test/");
     startSafari();
@@ -313,4 +438,4 @@ TEST_F(SafariDesktop, QuitsWithItsWindow) {
     EXPECT_TRUE(eventually([] { return inspectorProcesses().empty(); }));
 }
 
-} // namespace corvanta::testing
+} // namespace corvanta::lab::testing

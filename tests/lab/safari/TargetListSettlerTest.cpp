@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace corvanta {
+namespace corvanta::lab {
 
 namespace {
 
@@ -125,4 +125,4 @@ TEST(TargetListSettler, SettlesOnNoPages) {
     EXPECT_EQ(settler.take(start + 150ms), nothing);
 }
 
-} // namespace corvanta
+} // namespace corvanta::lab

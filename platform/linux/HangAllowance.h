@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDBusPendingCall>
+#include <QObject>
+
+#include <chrono>
+#include <functional>
+
+namespace corvanta {
+
+/// How long a program may be silent before it counts as one that hangs; until then what it said last stands.
+constexpr std::chrono::milliseconds silenceOfABusyProgram{2000};
+
+/// How long programs that do not answer may hold the main thread in one turn of its event loop, all of them together.
+class HangAllowance {
+public:
+    explicit HangAllowance(std::chrono::milliseconds perTurn)
+        : m_perTurn(perTurn) {}
+
+    /// Rests until something may have happened, and not for longer than it is told.
+    using Pause = std::function<void(std::chrono::nanoseconds atMost)>;
+
+    /// Waits until `isDone`, which is asked again and again, or until the allowance is used up, and says which it was.
+    /// Only waiting in vain uses it up. Asks at least once.
+    bool wait(const std::function<bool()>& isDone, const Pause& pause = &pauseBriefly);
+
+    /// One call that may be waited for once: when that was in vain, later waits only look.
+    struct Call {
+        QDBusPendingCall pending;
+        bool isLate = false;
+        std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
+
+        /// Whether the answer has been missing for longer than a busy program needs.
+        [[nodiscard]] bool isOverdue() const {
+            return !pending.isFinished() && std::chrono::steady_clock::now() - begin > silenceOfABusyProgram;
+        }
+    };
+
+    bool wait(Call& call);
+
+private:
+    static void pauseBriefly(std::chrono::nanoseconds atMost);
+
+    const std::chrono::milliseconds m_perTurn;
+    std::chrono::nanoseconds m_used{};
+    bool m_isRenewalScheduled = false;
+    QObject m_context;
+};
+
+} // namespace corvanta
