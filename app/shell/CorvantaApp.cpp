@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "shell/CorvantaApp.h"
 
-#include "window/Appearance.h"
-#include "window/Symbols.h"
+#include "shell/AppIdentity.h"
 #include "window/WorkspaceView.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QTimer>
 
 #include <algorithm>
@@ -23,10 +21,25 @@ namespace {
 constexpr int maxRecents = 10;
 /// A child process may take its time; leaving does not wait longer than this for it.
 constexpr auto leavingLimit = 2s;
+/// A tall, narrow window, as the left of three columns is.
+constexpr QSize defaultWindowSize(430, 860);
+
+/// The identifier of the listed device with that name or identifier.
+std::optional<QString> identifierOf(const WorkspaceCoordinator& coordinator, const QString& wanted) {
+    const auto& devices = coordinator.devices();
+    const auto found = std::ranges::find_if(
+        devices, [&](const SimulatorDevice& device) { return device.udid == wanted || device.name == wanted; });
+    return found == devices.end() ? std::nullopt : std::optional(found->udid);
+}
+
+/// Once a page is being opened, the window may stand where the workspace has put it.
+bool isOwnPlace(WorkspacePhase phase) {
+    return phase == WorkspacePhase::idle || phase == WorkspacePhase::preflight || phase == WorkspacePhase::booting;
+}
 
 } // namespace
 
-CorvantaApp::CorvantaApp(std::unique_ptr<Platform> platform, CommandLine commandLine)
+CorvantaApp::CorvantaApp(std::unique_ptr<Platform> platform, CommandLine commandLine, std::function<bool()> hasTray)
     : m_platform(std::move(platform))
     , m_commandLine(std::move(commandLine))
     , m_simulator(m_platform->makeCommandRunner(), SimctlCommandBuilder{u"/usr/bin/xcrun"_s, u"/usr/bin/open"_s})
@@ -46,24 +59,81 @@ CorvantaApp::CorvantaApp(std::unique_ptr<Platform> platform, CommandLine command
                      .accessibility = m_platform->accessibility(),
                      .desktop = m_platform->desktop(),
                      .clock = m_platform->clock()})
-    , m_unattendedRun(m_coordinator, m_platform->clock()) {
-    connect(&m_terminationSignals, &TerminationSignals::terminationRequested, this, &CorvantaApp::leaveEarly);
-    connect(qGuiApp, &QGuiApplication::lastWindowClosed, this, &CorvantaApp::leaveEarly);
+    , m_unattendedRun(m_coordinator, m_platform->clock())
+    , m_updateChecker(AppIdentity::updateManifestURL(), AppIdentity::buildNumber(),
+                      {.session = m_session, .clock = m_platform->clock()})
+    , m_commands({.coordinator = m_coordinator,
+                  .updateChecker = m_updateChecker,
+                  .desktop = m_platform->desktop(),
+                  .tasks = m_tasks})
+    , m_placement(m_platform->preferences(), u"workspaceWindow"_s, [this] { return isOwnPlace(m_coordinator.phase()); })
+    , m_menuBarExtra(m_commands, std::move(hasTray))
+    , m_alerts(m_updateChecker, m_platform->desktop(), [this] { return m_window.get(); }) {
+    connectParts();
     if (m_commandLine.start)
         new PhaseReport(m_coordinator, m_platform->clock(), this);
 }
 
+void CorvantaApp::connectParts() {
+    connect(&m_terminationSignals, &TerminationSignals::terminationRequested, this, &CorvantaApp::leaveEarly);
+    connect(&m_menuBarExtra.menu(), &MenuBarContentView::openRequested, this, &CorvantaApp::openWindow);
+    connect(&m_menuBarExtra.menu(), &MenuBarContentView::quitRequested, this, &CorvantaApp::leaveEarly);
+}
+
 void CorvantaApp::start() {
-    if (m_commandLine.url)
-        m_coordinator.setUrlInput(*m_commandLine.url);
+    // Nobody uses the menu of an unattended run.
+    if (!m_commandLine.screenshot)
+        m_menuBarExtra.show();
+    open(m_commandLine);
+}
+
+void CorvantaApp::open(const CommandLine& request) {
+    if (m_isLeaving)
+        return;
+    if (request.url)
+        m_coordinator.setUrlInput(*request.url);
+    m_requests.push_back(request);
+    openWindow();
+    // Otherwise the first appearance carries them out once the devices are listed.
+    if (m_appearances == 0)
+        m_tasks.start(carryOutRequests());
+}
+
+void CorvantaApp::openWindow() {
+    if (m_isLeaving)
+        return;
+    if (!m_window)
+        makeWindow();
+    m_window->bringForward();
+    m_platform->desktop().activateSelf();
+    m_alerts.present();
+}
+
+void CorvantaApp::makeWindow() {
     auto* const view = new WorkspaceView(m_coordinator, m_tasks, [this](QWidget* window) { windowChanged(window); });
-    m_window = std::make_unique<QMainWindow>();
-    m_window->setWindowTitle(u"Corvanta"_s);
-    m_window->setWindowIcon(Symbols::workspace(Appearance::light().accent));
-    m_window->setCentralWidget(view);
-    m_window->resize(view->sizeHint());
+    m_window = std::make_unique<WorkspaceWindow>(view, m_commands);
+    connect(m_window.get(), &WorkspaceWindow::closing, this, &CorvantaApp::windowClosing);
+    connect(m_window.get(), &WorkspaceWindow::quitRequested, this, &CorvantaApp::leaveEarly);
+    // An unattended run neither follows what a person did nor leaves anything behind.
+    if (m_commandLine.screenshot)
+        m_window->resize(defaultWindowSize);
+    else
+        m_placement.apply(*m_window, defaultWindowSize);
     m_window->show();
     m_tasks.start(firstAppearance());
+    // Nor does anybody read its alerts.
+    if (!m_commandLine.screenshot)
+        m_tasks.start(m_updateChecker.checkAutomatically());
+}
+
+void CorvantaApp::windowClosing() {
+    if (!m_menuBarExtra.isReachable()) {
+        leaveEarly();
+        return;
+    }
+    m_placement.save();
+    m_alerts.close();
+    m_window.release()->deleteLater();
 }
 
 void CorvantaApp::windowChanged(QWidget* window) {
@@ -71,37 +141,53 @@ void CorvantaApp::windowChanged(QWidget* window) {
     m_coordinator.setControlWindow(m_controlWindow);
 }
 
-bool CorvantaApp::selectRequestedDevice() {
-    if (!m_commandLine.device)
-        return true;
-    const auto& devices = m_coordinator.devices();
-    const QString& wanted = *m_commandLine.device;
-    const auto found = std::ranges::find_if(
-        devices, [&](const SimulatorDevice& device) { return device.udid == wanted || device.name == wanted; });
-    if (found == devices.end()) {
-        std::fprintf(stderr, "Corvanta: no available simulator device is called '%s'\n", qUtf8Printable(wanted));
-        return false;
-    }
-    m_coordinator.setSelectedDeviceID(found->udid);
-    return true;
+QCoro::Task<void> CorvantaApp::firstAppearance() {
+    ++m_appearances;
+    co_await m_platform->untilReady();
+    if (!m_isLeaving)
+        co_await m_coordinator.runSetupChecks();
+    if (!m_isLeaving)
+        co_await m_coordinator.refreshDevices();
+    // A window that was closed and opened again meanwhile has its own, which finds the checks under way.
+    if (--m_appearances == 0)
+        co_await carryOutRequests();
 }
 
-QCoro::Task<void> CorvantaApp::firstAppearance() {
-    co_await m_platform->untilReady();
-    if (m_isLeaving)
-        co_return;
-    co_await m_coordinator.runSetupChecks();
-    if (m_isLeaving)
-        co_return;
-    co_await m_coordinator.refreshDevices();
-    if (m_isLeaving)
-        co_return;
+QCoro::Task<void> CorvantaApp::carryOutRequests() {
+    while (!m_requests.empty() && !m_isLeaving) {
+        const CommandLine request = m_requests.front();
+        m_requests.erase(m_requests.begin());
+        co_await carryOut(request);
+    }
+}
+
+QCoro::Task<void> CorvantaApp::carryOut(CommandLine request) {
     // Another device than the one asked for would be worse than none.
-    const bool isDeviceSelected = selectRequestedDevice();
-    if (m_commandLine.screenshot)
-        quit(isDeviceSelected ? co_await m_unattendedRun.run(*m_commandLine.screenshot) : 1);
-    else if (m_commandLine.start && isDeviceSelected)
+    const bool isDeviceSelected = co_await selectDevice(request);
+    if (m_isLeaving)
+        co_return;
+    if (request.screenshot)
+        quit(isDeviceSelected ? co_await m_unattendedRun.run(*request.screenshot) : 1);
+    else if (request.start && isDeviceSelected && m_coordinator.canReload() && !request.device)
+        co_await m_coordinator.reloadPage();
+    else if (request.start && isDeviceSelected)
         co_await m_coordinator.startWorkspace();
+}
+
+QCoro::Task<bool> CorvantaApp::selectDevice(CommandLine request) {
+    if (!request.device)
+        co_return true;
+    const QString wanted = *request.device;
+    // One that was made since the devices were listed.
+    if (!identifierOf(m_coordinator, wanted))
+        co_await m_coordinator.refreshDevices();
+    const auto identifier = identifierOf(m_coordinator, wanted);
+    if (!identifier) {
+        std::fprintf(stderr, "Corvanta: no available simulator device is called '%s'\n", qUtf8Printable(wanted));
+        co_return false;
+    }
+    m_coordinator.setSelectedDeviceID(identifier);
+    co_return true;
 }
 
 void CorvantaApp::leaveEarly() {
@@ -112,9 +198,16 @@ void CorvantaApp::leaveEarly() {
 void CorvantaApp::quit(int exitStatus) {
     if (std::exchange(m_isLeaving, true))
         return;
+    Q_EMIT leaving();
     m_coordinator.stopWorkspace();
+    m_updateChecker.cancel();
+    if (!m_commandLine.screenshot)
+        m_placement.save();
     // Nothing may be started any more.
-    m_window->hide();
+    m_alerts.close();
+    m_menuBarExtra.hide();
+    if (m_window)
+        m_window->hide();
     QTimer::singleShot(leavingLimit, this, [exitStatus] { QCoreApplication::exit(exitStatus); });
     // Not among the tasks that it waits for.
     [[maybe_unused]] const auto detached = leave(exitStatus);

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "shell/SingleInstance.h"
+
+#include <QDBusMessage>
+
+#include <utility>
+
+namespace corvanta {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QString busName = u"dev.corvanta.Corvanta"_s;
+const QString objectPath = u"/dev/corvanta/Corvanta"_s;
+/// The first one may have come only just before, and be busy with its own beginning.
+constexpr int answerLimit = 10'000;
+/// The first one may leave between the look at its name and the call.
+constexpr int attempts = 3;
+
+} // namespace
+
+SingleInstance::SingleInstance(QDBusConnection bus, QObject* parent)
+    : QObject(parent)
+    , m_bus(std::move(bus)) {}
+
+SingleInstance::~SingleInstance() {
+    release();
+}
+
+SingleInstance::Standing SingleInstance::claim(const QStringList& arguments) {
+    if (!m_bus.isConnected())
+        return Standing::alone;
+    // First the object and then the name: whoever finds the name finds the object.
+    m_bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots);
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        m_hasName = m_bus.registerService(busName);
+        if (m_hasName)
+            return Standing::alone;
+        QDBusMessage call = QDBusMessage::createMethodCall(busName, objectPath, busName, u"Open"_s);
+        call.setAutoStartService(false);
+        call.setArguments({arguments});
+        if (m_bus.call(call, QDBus::Block, answerLimit).type() == QDBusMessage::ReplyMessage) {
+            m_bus.unregisterObject(objectPath);
+            return Standing::handedOver;
+        }
+    }
+    m_bus.unregisterObject(objectPath);
+    return Standing::unanswered;
+}
+
+void SingleInstance::release() {
+    if (!std::exchange(m_hasName, false))
+        return;
+    m_bus.unregisterService(busName);
+    m_bus.unregisterObject(objectPath);
+}
+
+void SingleInstance::Open(const QStringList& arguments) {
+    Q_EMIT opened(arguments);
+}
+
+} // namespace corvanta
