@@ -56,7 +56,11 @@ CorvantaApp::CorvantaApp(std::unique_ptr<Platform> platform, CommandLine command
 void CorvantaApp::start() {
     if (m_commandLine.url)
         m_coordinator.setUrlInput(*m_commandLine.url);
-    auto* const view = new WorkspaceView(m_coordinator, m_tasks, [this](QWidget* window) { windowChanged(window); });
+    auto* const view = new WorkspaceView({.coordinator = m_coordinator,
+                                          .desktop = m_platform->desktop(),
+                                          .clock = m_platform->clock(),
+                                          .tasks = m_tasks},
+                                         [this](QWidget* window) { windowChanged(window); });
     m_window = std::make_unique<QMainWindow>();
     m_window->setWindowTitle(u"Corvanta"_s);
     m_window->setWindowIcon(Symbols::workspace(Appearance::light().accent));

@@ -26,12 +26,12 @@ protected:
 
 TEST_F(ChoiceSectionTest, IsAbsentWhileNoChoiceIsPending) {
     makeReady();
-    EXPECT_FALSE(isShown(show<ChoiceSection>(*coordinator, tasks)));
+    EXPECT_FALSE(isShown(show<ChoiceSection>()));
 }
 
 TEST_F(ChoiceSectionTest, AppearsWithAButtonForEachCandidate) {
     makeReady();
-    const auto& section = show<ChoiceSection>(*coordinator, tasks);
+    const auto& section = show<ChoiceSection>();
     makeAsking();
     EXPECT_TRUE(isShown(section));
     EXPECT_NE(label(section, u"Choose Safari Page"_s), nullptr);
@@ -40,7 +40,7 @@ TEST_F(ChoiceSectionTest, AppearsWithAButtonForEachCandidate) {
 
 TEST_F(ChoiceSectionTest, DisappearsOnceTheCandidatesAreEmptied) {
     makeReady();
-    const auto& section = show<ChoiceSection>(*coordinator, tasks);
+    const auto& section = show<ChoiceSection>();
     makeAsking();
     const auto task = start();
     ASSERT_TRUE(coordinator->candidateTargets().empty());
@@ -49,7 +49,7 @@ TEST_F(ChoiceSectionTest, DisappearsOnceTheCandidatesAreEmptied) {
 
 TEST_F(ChoiceSectionTest, ReplacesTheButtonsWithTheCandidates) {
     makeReady();
-    const auto& section = show<ChoiceSection>(*coordinator, tasks);
+    const auto& section = show<ChoiceSection>();
     makeAsking();
     makeAsking(u"Three"_s, u"Four"_s);
     EXPECT_THAT(buttons(section), ElementsAre("Three", "Four"));
@@ -57,7 +57,7 @@ TEST_F(ChoiceSectionTest, ReplacesTheButtonsWithTheCandidates) {
 
 TEST_F(ChoiceSectionTest, AttachesToThePageOfThePressedButtonAndDisappears) {
     makeReady();
-    const auto& section = show<ChoiceSection>(*coordinator, tasks);
+    const auto& section = show<ChoiceSection>();
     makeAsking();
     auto* const two = button(section, u"Two"_s);
     ASSERT_NE(two, nullptr);

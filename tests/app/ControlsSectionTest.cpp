@@ -23,7 +23,7 @@ using testing::SimulatorOperation;
 class ControlsSectionTest : public WindowSectionTest {
 protected:
     void showSection() {
-        m_section = &show<ControlsSection>(*coordinator, tasks);
+        m_section = &show<ControlsSection>();
         ASSERT_NE(address(), nullptr);
         ASSERT_NE(picker(), nullptr);
     }
@@ -52,12 +52,7 @@ protected:
         return enabled;
     }
 
-    void press(const QString& text) {
-        auto* const found = button(*m_section, text);
-        ASSERT_NE(found, nullptr);
-        ASSERT_TRUE(found->isEnabled());
-        found->click();
-    }
+    void press(const QString& text) { WindowSectionTest::press(*m_section, text); }
 
     void pressReturn() {
         QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
