@@ -2,6 +2,7 @@
 #include "window/ChoiceSection.h"
 
 #include "WindowSectionTest.h"
+#include "window/widgets/ListRow.h"
 
 namespace corvanta {
 
@@ -65,6 +66,27 @@ TEST_F(ChoiceSectionTest, AttachesToThePageOfThePressedButtonAndDisappears) {
     EXPECT_EQ(log.count("attach Two on iPhone 16"), 1);
     EXPECT_EQ(coordinator->phase(), WorkspacePhase::running);
     EXPECT_FALSE(isShown(section));
+}
+
+TEST_F(ChoiceSectionTest, ShowsACompassBeforeAndAChevronAfterEachTitle) {
+    makeReady();
+    const auto& section = show<ChoiceSection>();
+    makeAsking();
+    for (const ListRow* const row : shown<ListRow>(section)) {
+        EXPECT_EQ(row->leadingSymbol(), Symbol::compass);
+        EXPECT_EQ(row->trailingSymbol(), Symbol::chevronRight);
+    }
+}
+
+TEST_F(ChoiceSectionTest, ChoosesOnceForTwoPresses) {
+    makeReady();
+    const auto& section = show<ChoiceSection>();
+    makeAsking();
+    QPushButton* const two = button(section, u"Two"_s);
+    ASSERT_NE(two, nullptr);
+    two->click();
+    two->click();
+    EXPECT_EQ(log.count("attach Two on iPhone 16"), 1);
 }
 
 } // namespace

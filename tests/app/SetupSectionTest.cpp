@@ -131,6 +131,57 @@ TEST_F(SetupSectionTest, CarriesOutTheActionOfThePressedButton) {
     EXPECT_EQ(tasks.size(), 0U);
 }
 
+/// The symbols of a part of the section that are shown, in order.
+std::vector<Symbol> symbolsOf(const std::vector<SymbolMark*>& marks) {
+    std::vector<Symbol> symbols;
+    for (const SymbolMark* const mark : marks)
+        symbols.push_back(mark->symbol());
+    return symbols;
+}
+
+TEST_F(SetupSectionTest, ShowsASealOnceEverythingIsReadyAndAListBefore) {
+    makeCoordinator();
+    const auto& section = show<SetupSection>();
+    EXPECT_THAT(symbolsOf(shown<SymbolMark>(section)), ElementsAre(Symbol::checklist));
+    makeReady();
+    EXPECT_EQ(symbolsOf(shown<SymbolMark>(section)).front(), Symbol::seal);
+}
+
+TEST_F(SetupSectionTest, ShowsEachStateByASymbolWithAName) {
+    tree.trusted = false;
+    makeCoordinator();
+    const auto& section = show<SetupSection>();
+    check();
+    std::vector<Symbol> expected;
+    for (const SetupCheck& row : coordinator->setupChecks()) {
+        expected.push_back(row.state == SetupCheckState::passed   ? Symbol::passed
+                           : row.state == SetupCheckState::failed ? Symbol::failed
+                                                                  : Symbol::blocked);
+    }
+    ASSERT_THAT(expected, Contains(Symbol::failed));
+    ASSERT_THAT(expected, Contains(Symbol::blocked));
+    std::vector<Symbol> rows;
+    Texts names;
+    for (const CheckRow* const row : shown<CheckRow>(section)) {
+        const SymbolMark* const mark = shown<SymbolMark>(*row).front();
+        rows.push_back(mark->symbol());
+        names.push_back(mark->accessibleName().toStdString());
+    }
+    EXPECT_EQ(rows, expected);
+    EXPECT_THAT(names, Contains("Passed"));
+    EXPECT_THAT(names, Contains("Failed"));
+    EXPECT_THAT(names, Contains("Blocked"));
+}
+
+TEST_F(SetupSectionTest, KeepsTheRowsWhenTheStatesChange) {
+    makeReady();
+    const auto& section = show<SetupSection>();
+    const auto before = shown<CheckRow>(section);
+    tree.trusted = false;
+    check();
+    EXPECT_EQ(shown<CheckRow>(section), before);
+}
+
 } // namespace
 
 } // namespace corvanta

@@ -4,11 +4,14 @@
 #include "window/Appearance.h"
 #include "window/WorkspaceView.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QPalette>
 #include <QPixmap>
+#include <QPushButton>
 #include <QScrollArea>
 
 #include <cstdio>
@@ -27,6 +30,8 @@ struct State {
     QSize size{430, 860};
     /// Shows all of the content, however high, instead of the window.
     bool isWhole = false;
+    /// The name of the control that has the focus; the address when it is empty.
+    QString focus = {};
 };
 
 const QString longError =
@@ -91,6 +96,13 @@ std::vector<State> states() {
              scene.simulator.devices.clear();
              scene.prepare();
          }},
+        {u"focus-start"_s, [](Scene& scene) { scene.prepare(); }, QSize(430, 860), false, u"Start Workspace"_s},
+        {u"focus-favorite"_s,
+         [](Scene& scene) {
+             scene.visit();
+             scene.prepare();
+         },
+         QSize(430, 860), false, u"Shibuya crossing"_s},
         {u"narrow"_s, fillEverything, QSize(300, 480)},
         {u"narrow-whole"_s, fillEverything, QSize(300, 480), true},
         {u"wide"_s, fillEverything, QSize(700, 900)},
@@ -121,6 +133,11 @@ bool render(const State& state, const QString& file) {
     WorkspaceView view(scene.context(), [](QWidget*) {});
     view.resize(state.size);
     view.show();
+    QApplication::setActiveWindow(&view);
+    for (QPushButton* const button : view.findChildren<QPushButton*>()) {
+        if (!state.focus.isEmpty() && button->text() == state.focus)
+            button->setFocus(Qt::TabFocusReason);
+    }
     const auto* const content = view.findChild<QWidget*>(u"scrolledContent"_s);
     for (int round = 0; round < 3; ++round) {
         QCoreApplication::processEvents();
@@ -128,6 +145,21 @@ bool render(const State& state, const QString& file) {
             view.resize(view.width(), view.height() + content->height() - content->parentWidget()->height());
     }
     return view.grab().save(file);
+}
+
+/// The list that the picker opens.
+bool renderPicker(const QString& file) {
+    Scene scene;
+    scene.prepare();
+    WorkspaceView view(scene.context(), [](QWidget*) {});
+    view.resize(view.sizeHint());
+    view.show();
+    auto* const picker = view.findChild<QComboBox*>();
+    picker->showPopup();
+    QCoreApplication::processEvents();
+    const bool isSaved = picker->view()->window()->grab().save(file);
+    picker->hidePopup();
+    return isSaved;
 }
 
 } // namespace
@@ -153,6 +185,8 @@ int main(int argc, char** argv) {
             }
             std::printf("%s\n", qUtf8Printable(file));
         }
+        if (!renderPicker(folder.filePath(u"picker-%1@%2x.png"_s.arg(look, scale))))
+            return 73;
     }
     return 0;
 }

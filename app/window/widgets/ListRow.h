@@ -22,6 +22,10 @@ public:
     void showTexts(const QString& title, const QString& subtitle = {});
     void setSymbols(std::optional<Symbol> leading, std::optional<Symbol> trailing);
 
+    [[nodiscard]] const std::optional<Symbol>& leadingSymbol() const { return m_leading; }
+
+    [[nodiscard]] const std::optional<Symbol>& trailingSymbol() const { return m_trailing; }
+
     /// Keeps that much free at the end of the row for a control that lies over it.
     void setTrailingSpace(int width);
 

@@ -6,6 +6,7 @@
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
+#include <QStyledItemDelegate>
 
 namespace corvanta {
 
@@ -21,6 +22,8 @@ Picker::Picker(QWidget* parent)
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(4);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    // The entries take the style sheet's measures with this one alone.
+    setItemDelegate(new QStyledItemDelegate(this));
 }
 
 void Picker::paintEvent(QPaintEvent*) {
