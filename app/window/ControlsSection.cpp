@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "window/ControlsSection.h"
 
-#include "window/Appearance.h"
-#include "window/Symbols.h"
-#include "window/Widgets.h"
+#include "window/widgets/AddressField.h"
+#include "window/widgets/ButtonRows.h"
+#include "window/widgets/Buttons.h"
+#include "window/widgets/Card.h"
+#include "window/widgets/IconButton.h"
+#include "window/widgets/Picker.h"
+#include "window/widgets/TextLabel.h"
+#include "window/widgets/ToolTip.h"
 #include "workspace/WorkspaceCoordinator.h"
 
-#include <QComboBox>
 #include <QHBoxLayout>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -17,49 +19,53 @@ namespace corvanta {
 
 using namespace Qt::Literals::StringLiterals;
 
-ControlsSection::ControlsSection(WorkspaceCoordinator& coordinator, TaskScope& tasks, QWidget* parent)
+ControlsSection::ControlsSection(const SectionContext& context, QWidget* parent)
     : QWidget(parent)
-    , m_coordinator(coordinator)
-    , m_tasks(tasks)
-    , m_address(new QLineEdit)
+    , m_coordinator(context.coordinator)
+    , m_tasks(context.tasks)
+    , m_address(new AddressField)
     , m_devices(new Picker)
-    , m_refresh(new QPushButton)
-    , m_start(new QPushButton(u"Start Workspace"_s))
-    , m_reload(new QPushButton(u"Open / Reload"_s))
-    , m_retile(new QPushButton(u"Re-tile"_s))
-    , m_stop(new QPushButton(u"Stop"_s)) {
-    auto* const outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    auto* const card = new Card;
-    outer->addWidget(card);
+    , m_refresh(new IconButton(Symbol::refresh, u"Refresh simulator devices"_s, IconButton::Frame::shown))
+    , m_start(makeButton(u"Start Workspace"_s, Symbol::play, Emphasis::prominent))
+    , m_reload(makeButton(u"Open / Reload"_s, Symbol::refresh))
+    , m_retile(makeButton(u"Re-tile"_s, Symbol::columns))
+    , m_stop(makeButton(u"Stop"_s, Symbol::stop, Emphasis::destructive)) {
+    Card& card = addCard(*this, u"Workspace"_s);
+    card.rows().addWidget(new TextLabel(TextStyle::heading, u"Workspace"_s));
+    card.rows().addWidget(m_address);
+    m_refresh->setClock(context.clock);
+    card.rows().addLayout(makeDeviceRow());
+    card.rows().addWidget(makeButtons());
+    connectControls();
+    followCoordinator();
+}
 
-    card->rows().addWidget(makeLabel(TextStyle::heading, u"Workspace"_s));
-    m_address->setPlaceholderText(u"http://localhost:3000"_s);
-    m_address->setAccessibleName(u"Page address"_s);
-    card->rows().addWidget(m_address);
-
-    auto* const deviceRow = new QHBoxLayout;
-    deviceRow->setSpacing(8);
-    auto* const deviceLabel = makeLabel(TextStyle::body, u"Simulator"_s);
-    deviceLabel->setWordWrap(false);
-    deviceLabel->setBuddy(m_devices);
+QLayout* ControlsSection::makeDeviceRow() {
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(8);
+    auto* const label = makeLineLabel(TextStyle::label, u"Simulator"_s);
+    label->setBuddy(m_devices);
     m_devices->setAccessibleName(u"Simulator"_s);
-    m_devices->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_devices->setMinimumContentsLength(4);
-    m_devices->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    const Appearance appearance = Appearance::forPalette(palette());
-    m_refresh->setIcon(Symbols::refresh(appearance.text, appearance.blocked));
     m_refresh->setToolTip(u"Refresh simulator devices"_s);
-    m_refresh->setAccessibleName(u"Refresh simulator devices"_s);
-    deviceRow->addWidget(deviceLabel);
-    deviceRow->addWidget(m_devices, 1);
-    deviceRow->addWidget(m_refresh);
-    card->rows().addLayout(deviceRow);
+    row->addWidget(label);
+    row->addWidget(m_devices, 1);
+    row->addWidget(m_refresh);
+    return row;
+}
 
-    m_start->setObjectName(u"prominent"_s);
-    m_stop->setObjectName(u"destructive"_s);
-    card->rows().addWidget(new ButtonRows({m_start, m_reload, m_retile, m_stop}));
+QWidget* ControlsSection::makeButtons() {
+    for (QPushButton* const button : {m_start, m_reload, m_retile, m_stop}) {
+        button->setProperty("density", u"packed"_s);
+        setSymbolSide(*button, 12);
+    }
+    m_start->setShortcut(QKeySequence(Qt::ALT | Qt::Key_S));
+    m_reload->setShortcut(QKeySequence(Qt::ALT | Qt::Key_R));
+    m_retile->setShortcut(QKeySequence(Qt::ALT | Qt::Key_T));
+    m_stop->setShortcut(QKeySequence(Qt::ALT | Qt::Key_P));
+    return new ButtonRows({m_start, m_reload, m_retile, m_stop});
+}
 
+void ControlsSection::connectControls() {
     connect(m_address, &QLineEdit::textChanged, &m_coordinator, &WorkspaceCoordinator::setUrlInput);
     connect(m_address, &QLineEdit::returnPressed, this, &ControlsSection::addressSubmitted);
     connect(m_devices, &QComboBox::activated, this, [this](int index) {
@@ -71,23 +77,26 @@ ControlsSection::ControlsSection(WorkspaceCoordinator& coordinator, TaskScope& t
     connect(m_reload, &QPushButton::clicked, this, [this] { m_tasks.start(m_coordinator.reloadPage()); });
     connect(m_retile, &QPushButton::clicked, &m_coordinator, &WorkspaceCoordinator::retile);
     connect(m_stop, &QPushButton::clicked, &m_coordinator, &WorkspaceCoordinator::stopWorkspace);
+}
 
+void ControlsSection::followCoordinator() {
     connect(&m_coordinator, &WorkspaceCoordinator::urlInputChanged, this, &ControlsSection::showAddress);
     connect(&m_coordinator, &WorkspaceCoordinator::devicesChanged, this, &ControlsSection::showDevices);
     connect(&m_coordinator, &WorkspaceCoordinator::selectedDeviceIDChanged, this, &ControlsSection::showSelection);
-    for (const auto changed :
-         {&WorkspaceCoordinator::devicesChanged, &WorkspaceCoordinator::selectedDeviceIDChanged,
-          &WorkspaceCoordinator::phaseChanged, &WorkspaceCoordinator::setupChecksChanged,
-          &WorkspaceCoordinator::controlWindowChanged, &WorkspaceCoordinator::isRefreshingDevicesChanged})
+    connect(&m_coordinator, &WorkspaceCoordinator::isRefreshingDevicesChanged, this,
+            [this] { m_refresh->setBusy(m_coordinator.isRefreshingDevices()); });
+    for (const auto changed : {&WorkspaceCoordinator::devicesChanged, &WorkspaceCoordinator::selectedDeviceIDChanged,
+                               &WorkspaceCoordinator::phaseChanged, &WorkspaceCoordinator::setupChecksChanged,
+                               &WorkspaceCoordinator::controlWindowChanged})
         connect(&m_coordinator, changed, this, &ControlsSection::updateButtons);
     showAddress();
     showDevices();
     updateButtons();
+    m_refresh->setBusy(m_coordinator.isRefreshingDevices());
 }
 
 void ControlsSection::showAddress() {
-    if (m_address->text() != m_coordinator.urlInput())
-        m_address->setText(m_coordinator.urlInput());
+    m_address->showAddress(m_coordinator.urlInput());
 }
 
 void ControlsSection::showDevices() {
@@ -110,11 +119,10 @@ void ControlsSection::showSelection() {
 }
 
 void ControlsSection::updateButtons() {
-    m_start->setEnabled(m_coordinator.canStart() && m_coordinator.phase() != WorkspacePhase::running);
-    m_reload->setEnabled(m_coordinator.canReload());
-    m_retile->setEnabled(m_coordinator.canRetile());
-    m_stop->setEnabled(m_coordinator.canStop());
-    m_refresh->setEnabled(!m_coordinator.isRefreshingDevices());
+    setEnabledKeepingFocus(*m_start, m_coordinator.canStart() && m_coordinator.phase() != WorkspacePhase::running);
+    setEnabledKeepingFocus(*m_reload, m_coordinator.canReload());
+    setEnabledKeepingFocus(*m_retile, m_coordinator.canRetile());
+    setEnabledKeepingFocus(*m_stop, m_coordinator.canStop());
 }
 
 void ControlsSection::addressSubmitted() {

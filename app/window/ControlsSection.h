@@ -1,26 +1,31 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "window/SectionContext.h"
+
 #include <QWidget>
 
 class QComboBox;
-class QLineEdit;
+class QLayout;
 class QPushButton;
 
 namespace corvanta {
 
-class TaskScope;
-class WorkspaceCoordinator;
+class AddressField;
+class IconButton;
 
 /// The page address, the device and the four workspace buttons.
 class ControlsSection final : public QWidget {
     Q_OBJECT
 
 public:
-    /// Both outlive the section.
-    ControlsSection(WorkspaceCoordinator& coordinator, TaskScope& tasks, QWidget* parent = nullptr);
+    explicit ControlsSection(const SectionContext& context, QWidget* parent = nullptr);
 
 private:
+    [[nodiscard]] QLayout* makeDeviceRow();
+    [[nodiscard]] QWidget* makeButtons();
+    void connectControls();
+    void followCoordinator();
     void showAddress();
     void showDevices();
     void showSelection();
@@ -29,9 +34,9 @@ private:
 
     WorkspaceCoordinator& m_coordinator;
     TaskScope& m_tasks;
-    QLineEdit* m_address;
+    AddressField* m_address;
     QComboBox* m_devices;
-    QPushButton* m_refresh;
+    IconButton* m_refresh;
     QPushButton* m_start;
     QPushButton* m_reload;
     QPushButton* m_retile;

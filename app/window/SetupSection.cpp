@@ -2,86 +2,50 @@
 #include "window/SetupSection.h"
 
 #include "setup/SetupCheckEvaluator.h"
-#include "window/Widgets.h"
+#include "window/widgets/Buttons.h"
+#include "window/widgets/Card.h"
+#include "window/widgets/CheckRow.h"
+#include "window/widgets/ProgressIndicator.h"
+#include "window/widgets/SymbolMark.h"
+#include "window/widgets/TextLabel.h"
 #include "workspace/WorkspaceCoordinator.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace corvanta {
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-QString actionLabel(SetupRecoveryAction action) {
-    switch (action) {
-    case SetupRecoveryAction::none:
-        return {};
-    case SetupRecoveryAction::openSoftwareUpdate:
-        return u"Update macOS"_s;
-    case SetupRecoveryAction::openXcodeDownload:
-        return u"Get Xcode"_s;
-    case SetupRecoveryAction::openXcode:
-        return u"Open Xcode"_s;
-    case SetupRecoveryAction::requestAccessibility:
-        return u"Allow Access"_s;
-    case SetupRecoveryAction::openSafari:
-        return u"Open Safari"_s;
-    }
-    return {};
-}
-
-QString stateName(SetupCheckState state) {
-    switch (state) {
-    case SetupCheckState::passed:
-        return u"Passed"_s;
-    case SetupCheckState::failed:
-        return u"Failed"_s;
-    case SetupCheckState::blocked:
-        return u"Blocked"_s;
-    }
-    return {};
-}
-
-void clear(QLayout& layout) {
-    while (QLayoutItem* const item = layout.takeAt(0)) {
-        if (QWidget* const widget = item->widget()) {
-            widget->hide();
-            widget->deleteLater();
-        }
-        delete item;
-    }
-}
-
-} // namespace
-
-SetupSection::SetupSection(WorkspaceCoordinator& coordinator, TaskScope& tasks, QWidget* parent)
+SetupSection::SetupSection(const SectionContext& context, QWidget* parent)
     : QWidget(parent)
-    , m_coordinator(coordinator)
-    , m_tasks(tasks)
-    , m_heading(makeLabel(TextStyle::heading))
-    , m_progressText(makeLabel(TextStyle::secondary, u"Checking this Mac…"_s))
-    , m_progress(new ProgressIndicator)
-    , m_checkAgain(new QPushButton(u"Check Again"_s)) {
-    auto* const outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    auto* const card = new Card;
-    outer->addWidget(card);
+    , m_coordinator(context.coordinator)
+    , m_tasks(context.tasks)
+    , m_sign(new SymbolMark)
+    , m_heading(makeLineLabel(TextStyle::heading))
+    , m_progressText(new TextLabel(TextStyle::secondary, u"Checking this Mac…"_s))
+    , m_progress(new ProgressIndicator(context.clock))
+    , m_checkAgain(makeSmallButton(u"Check Again"_s)) {
+    Card& card = addCard(*this, u"Setup checks"_s);
+    m_checkAgain->setShortcut(QKeySequence(Qt::ALT | Qt::Key_K));
+    m_progressText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
-    auto* const header = new QHBoxLayout;
-    header->setSpacing(8);
-    header->addWidget(m_heading, 1);
-    header->addWidget(m_progress);
-    m_progressText->setWordWrap(false);
-    header->addWidget(m_progressText);
-    header->addWidget(m_checkAgain);
-    card->rows().addLayout(header);
-    m_rows = new QVBoxLayout;
-    m_rows->setSpacing(6);
-    card->rows().addLayout(m_rows);
+    auto* const header = new QWidget;
+    // As high with the text as with the button, so that the rows stand still.
+    header->setMinimumHeight(m_checkAgain->sizeHint().height());
+    auto* const line = new QHBoxLayout(header);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(8);
+    line->addWidget(m_sign);
+    line->addWidget(m_heading);
+    line->addStretch(1);
+    line->addWidget(m_progress);
+    line->addWidget(m_progressText);
+    line->addWidget(m_checkAgain);
+    card.rows().addWidget(header);
+    m_layout = new QVBoxLayout;
+    m_layout->setSpacing(0);
+    card.rows().addLayout(m_layout);
 
     connect(m_checkAgain, &QPushButton::clicked, this, [this] { m_tasks.start(m_coordinator.runSetupChecks()); });
     connect(&m_coordinator, &WorkspaceCoordinator::setupChecksChanged, this, &SetupSection::showChecks);
@@ -93,39 +57,37 @@ SetupSection::SetupSection(WorkspaceCoordinator& coordinator, TaskScope& tasks, 
 void SetupSection::showProgress() {
     const bool isChecking = m_coordinator.isCheckingSetup();
     m_progress->setActive(isChecking);
-    m_progress->setVisible(isChecking);
     m_progressText->setVisible(isChecking);
-    m_checkAgain->setVisible(!isChecking);
+    setVisibleKeepingFocus(*m_checkAgain, !isChecking);
+}
+
+void SetupSection::makeRows(std::size_t count) {
+    while (m_rows.size() > count) {
+        m_rows.back()->hide();
+        m_rows.back()->deleteLater();
+        m_rows.pop_back();
+    }
+    while (m_rows.size() < count) {
+        auto* const row = new CheckRow(m_rows.empty() ? CheckRow::Position::first : CheckRow::Position::further);
+        connect(row, &CheckRow::actionRequested, this,
+                [this](SetupRecoveryAction action) { m_tasks.start(m_coordinator.performSetupAction(action)); });
+        m_layout->addWidget(row);
+        m_rows.push_back(row);
+    }
 }
 
 void SetupSection::showChecks() {
     const auto& checks = m_coordinator.setupChecks();
-    m_heading->setText(allRequirementsSatisfied(checks) ? u"Setup ready"_s : u"Setup checks"_s);
-    clear(*m_rows);
-    for (const SetupCheck& check : checks) {
-        auto* const row = new QWidget;
-        auto* const layout = new QHBoxLayout(row);
-        layout->setContentsMargins(0, 2, 0, 2);
-        layout->setSpacing(10);
-        auto* const mark = new StateMark;
-        mark->setState(check.state);
-        mark->setAccessibleName(stateName(check.state));
-        layout->addWidget(mark);
-
-        auto* const texts = new QVBoxLayout;
-        texts->setSpacing(1);
-        texts->addWidget(makeLabel(TextStyle::body, check.title));
-        texts->addWidget(makeLabel(TextStyle::secondary, check.detail));
-        layout->addLayout(texts, 1);
-
-        if (const SetupRecoveryAction action = check.recoveryAction; action != SetupRecoveryAction::none) {
-            auto* const button = new QPushButton(actionLabel(action));
-            connect(button, &QPushButton::clicked, this,
-                    [this, action] { m_tasks.start(m_coordinator.performSetupAction(action)); });
-            layout->addWidget(button);
-        }
-        m_rows->addWidget(row);
+    if (allRequirementsSatisfied(checks)) {
+        m_sign->setSymbol(Symbol::seal, Tint::passed);
+        m_heading->showText(u"Setup ready"_s);
+    } else {
+        m_sign->setSymbol(Symbol::checklist, Tint::text);
+        m_heading->showText(u"Setup checks"_s);
     }
+    makeRows(checks.size());
+    for (std::size_t index = 0; index < checks.size(); ++index)
+        m_rows[index]->showCheck(checks[index]);
 }
 
 } // namespace corvanta

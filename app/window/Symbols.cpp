@@ -1,74 +1,145 @@
 // SPDX-License-Identifier: MIT
 #include "window/Symbols.h"
 
+#include <QFile>
+#include <QHash>
 #include <QIconEngine>
 #include <QPainter>
-#include <QPixmap>
+#include <QSvgRenderer>
 
-#include <functional>
-#include <utility>
+#include <variant>
+
+/// In a static library nothing else brings the resources in; the macro wants the global namespace.
+static void bringResourcesIn() {
+    Q_INIT_RESOURCE(window);
+}
 
 namespace corvanta::Symbols {
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
-/// Side of the square on which the symbols are drawn.
-constexpr qreal grid = 16;
+using Colour = std::variant<Tint, QColor>;
 
-using Drawing = std::function<void(QPainter&, QIcon::Mode)>;
+QString fileName(Symbol symbol) {
+    switch (symbol) {
+    case Symbol::workspace:
+        return u"workspace"_s;
+    case Symbol::checklist:
+        return u"checklist"_s;
+    case Symbol::seal:
+        return u"seal"_s;
+    case Symbol::passed:
+        return u"passed"_s;
+    case Symbol::failed:
+        return u"failed"_s;
+    case Symbol::blocked:
+        return u"blocked"_s;
+    case Symbol::play:
+        return u"play"_s;
+    case Symbol::refresh:
+        return u"refresh"_s;
+    case Symbol::columns:
+        return u"columns"_s;
+    case Symbol::stop:
+        return u"stop"_s;
+    case Symbol::compass:
+        return u"compass"_s;
+    case Symbol::chevronRight:
+        return u"chevron-right"_s;
+    case Symbol::chevronUpDown:
+        return u"chevron-up-down"_s;
+    case Symbol::star:
+        return u"star"_s;
+    case Symbol::location:
+        return u"location"_s;
+    case Symbol::locationOff:
+        return u"location-off"_s;
+    case Symbol::trash:
+        return u"trash"_s;
+    case Symbol::clock:
+        return u"clock"_s;
+    case Symbol::phaseIdle:
+        return u"phase-idle"_s;
+    case Symbol::phaseWorking:
+        return u"phase-working"_s;
+    case Symbol::phaseRunning:
+        return u"phase-running"_s;
+    case Symbol::phaseFailed:
+        return u"phase-failed"_s;
+    }
+    return {};
+}
 
-/// Draws anew at every size and scale that is asked for.
-class DrawnIconEngine final : public QIconEngine {
+const QByteArray& picture(Symbol symbol) {
+    static QHash<int, QByteArray> pictures;
+    QByteArray& known = pictures[static_cast<int>(symbol)];
+    if (known.isEmpty()) {
+        initialise();
+        QFile file(u":/window/icons/"_s + fileName(symbol) + u".svg"_s);
+        if (file.open(QIODevice::ReadOnly))
+            known = file.readAll();
+    }
+    return known;
+}
+
+QByteArray coloured(QByteArray svg, const QColor& colour) {
+    return svg.replace("currentColor", colour.name().toLatin1());
+}
+
+/// Draws anew at every size and scale that is asked for, in the colour of that moment.
+class SymbolIconEngine final : public QIconEngine {
 public:
-    explicit DrawnIconEngine(Drawing drawing)
-        : m_drawing(std::move(drawing)) {}
+    SymbolIconEngine(Symbol symbol, Colour colour)
+        : m_symbol(symbol)
+        , m_colour(std::move(colour)) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(rect.topLeft());
-        painter->scale(rect.width() / grid, rect.height() / grid);
-        m_drawing(*painter, mode);
-        painter->restore();
+        QSvgRenderer renderer(coloured(picture(m_symbol), colourFor(mode)));
+        const int side = std::min(rect.width(), rect.height());
+        const QRectF square(rect.left(), rect.top() + (rect.height() - side) / 2.0, side, side);
+        renderer.render(painter, square);
     }
 
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap picture(size);
-        picture.fill(Qt::transparent);
-        QPainter painter(&picture);
+        QPixmap result(size);
+        result.fill(Qt::transparent);
+        QPainter painter(&result);
         paint(&painter, QRect(QPoint(), size), mode, state);
-        return picture;
+        return result;
     }
 
-    [[nodiscard]] QIconEngine* clone() const override { return new DrawnIconEngine(m_drawing); }
+    [[nodiscard]] QIconEngine* clone() const override { return new SymbolIconEngine(*this); }
 
 private:
-    Drawing m_drawing;
-};
+    [[nodiscard]] QColor colourFor(QIcon::Mode mode) const {
+        const bool isEnabled = mode != QIcon::Disabled;
+        if (const auto* const tint = std::get_if<Tint>(&m_colour))
+            return Appearance::current().colour(*tint, isEnabled);
+        return std::get<QColor>(m_colour);
+    }
 
-QPen stroke(const QColor& colour) {
-    return {colour, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
-}
+    Symbol m_symbol;
+    Colour m_colour;
+};
 
 } // namespace
 
-QIcon workspace(const QColor& colour) {
-    return QIcon(new DrawnIconEngine([colour](QPainter& painter, QIcon::Mode) {
-        painter.setPen(stroke(colour));
-        painter.drawRoundedRect(QRectF(1.5, 2.5, 13, 11), 2.2, 2.2);
-        painter.drawLine(QPointF(1.5, 5.5), QPointF(14.5, 5.5));
-        painter.drawLine(QPointF(5.6, 5.5), QPointF(5.6, 13.5));
-        painter.drawLine(QPointF(10.4, 5.5), QPointF(10.4, 13.5));
-    }));
+void initialise() {
+    bringResourcesIn();
 }
 
-QIcon refresh(const QColor& colour, const QColor& disabled) {
-    return QIcon(new DrawnIconEngine([colour, disabled](QPainter& painter, QIcon::Mode mode) {
-        painter.setPen(stroke(mode == QIcon::Disabled ? disabled : colour));
-        constexpr int sixteenthsOfDegree = 16;
-        painter.drawArc(QRectF(3, 3, 10, 10), 40 * sixteenthsOfDegree, 290 * sixteenthsOfDegree);
-        painter.drawPolyline(QPolygonF{{12.9, 2.2}, {12.7, 5.4}, {9.6, 5.2}});
-    }));
+QIcon icon(Symbol symbol, Tint tint) {
+    return QIcon(new SymbolIconEngine(symbol, tint));
+}
+
+QIcon icon(Symbol symbol, const QColor& colour) {
+    return QIcon(new SymbolIconEngine(symbol, colour));
+}
+
+QIcon workspace(const QColor& colour) {
+    return icon(Symbol::workspace, colour);
 }
 
 } // namespace corvanta::Symbols

@@ -1,16 +1,55 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QColor>
+#include "window/Appearance.h"
+
 #include <QIcon>
 
-/// The control window's own symbols, drawn, so that they are sharp at every scale.
+namespace corvanta {
+
+/// The control window's own symbols, one family on a grid of 16.
+enum class Symbol {
+    workspace,
+    checklist,
+    seal,
+    passed,
+    failed,
+    blocked,
+    play,
+    refresh,
+    columns,
+    stop,
+    compass,
+    chevronRight,
+    chevronUpDown,
+    star,
+    location,
+    locationOff,
+    trash,
+    clock,
+    phaseIdle,
+    phaseWorking,
+    phaseRunning,
+    phaseFailed,
+};
+
+/// The last one, for those who walk through all of them.
+inline constexpr Symbol lastSymbol = Symbol::phaseFailed;
+
+} // namespace corvanta
+
 namespace corvanta::Symbols {
+
+/// Makes the pictures available; idempotent.
+void initialise();
+
+/// A symbol that is drawn in the palette's colour of that tint at the moment when it is drawn, sharp at every scale.
+[[nodiscard]] QIcon icon(Symbol symbol, Tint tint = Tint::text);
+
+/// A symbol in a colour of its own.
+[[nodiscard]] QIcon icon(Symbol symbol, const QColor& colour);
 
 /// Three columns in a window: the program's mark.
 [[nodiscard]] QIcon workspace(const QColor& colour);
-
-/// An arrow that turns back to its beginning, with a paler one for the disabled state.
-[[nodiscard]] QIcon refresh(const QColor& colour, const QColor& disabled);
 
 } // namespace corvanta::Symbols

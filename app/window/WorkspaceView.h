@@ -2,38 +2,32 @@
 #pragma once
 
 #include "layout/WindowAccessor.h"
+#include "window/SectionContext.h"
 
 #include <QWidget>
 
-class QLabel;
-
 namespace corvanta {
 
-class StateMark;
-class TaskScope;
-class WorkspaceCoordinator;
+class StatusSection;
 
-/// The control window's content: title, sections that scroll, and the status line at the foot.
+/// The control window's content: sections that scroll, and the status line at the foot.
 ///
 /// It holds no logic: every control reads the coordinator's properties and calls one of its operations.
 class WorkspaceView final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `coordinator` and `tasks` outlive the view; `onWindow` learns which window the view stands in.
-    WorkspaceView(WorkspaceCoordinator& coordinator, TaskScope& tasks, WindowCallback onWindow,
-                  QWidget* parent = nullptr);
+    /// `onWindow` learns which window the view stands in.
+    WorkspaceView(const SectionContext& context, WindowCallback onWindow, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;
 
-private:
-    [[nodiscard]] QWidget* makeTitle();
-    void showPhase();
+protected:
+    void resizeEvent(QResizeEvent* event) override;
 
-    WorkspaceCoordinator& m_coordinator;
+private:
     WindowAccessor m_windowAccessor;
-    StateMark* m_phaseMark;
-    QLabel* m_phase;
+    StatusSection* m_status;
 };
 
 } // namespace corvanta

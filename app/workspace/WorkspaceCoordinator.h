@@ -168,6 +168,9 @@ public:
     /// Adds the selected point to the favorites.
     void saveFavorite();
 
+    /// Takes the entry with that identity out of the favorites.
+    void deleteFavorite(const QUuid& id);
+
     /// Sends the selected point to the selected device.
     [[nodiscard]] QCoro::Task<void> setLocationOnSimulator();
 

@@ -83,6 +83,11 @@ void WorkspaceCoordinator::saveFavorite() {
     showStatus(u"Saved favorite"_s);
 }
 
+void WorkspaceCoordinator::deleteFavorite(const QUuid& id) {
+    publish(m_favorites, m_services.locationRepository.deleteFavorite(id), &WorkspaceCoordinator::favoritesChanged);
+    showStatus(u"Deleted favorite"_s);
+}
+
 QCoro::Task<void> WorkspaceCoordinator::setLocationOnSimulator() {
     const auto device = selectedDevice();
     if (!device || !m_selectedCoordinate)

@@ -2,6 +2,7 @@
 #include "window/ChoiceSection.h"
 
 #include "WindowSectionTest.h"
+#include "window/widgets/ListRow.h"
 
 namespace corvanta {
 
@@ -26,12 +27,12 @@ protected:
 
 TEST_F(ChoiceSectionTest, IsAbsentWhileNoChoiceIsPending) {
     makeReady();
-    EXPECT_FALSE(isShown(show<ChoiceSection>(*coordinator, tasks)));
+    EXPECT_FALSE(isShown(show<ChoiceSection>()));
 }
 
 TEST_F(ChoiceSectionTest, AppearsWithAButtonForEachCandidate) {
     makeReady();
-    const auto& section = show<ChoiceSection>(*coordinator, tasks);
+    const auto& section = show<ChoiceSection>();
     makeAsking();
     EXPECT_TRUE(isShown(section));
     EXPECT_NE(label(section, u"Choose Safari Page"_s), nullptr);
@@ -40,7 +41,7 @@ TEST_F(ChoiceSectionTest, AppearsWithAButtonForEachCandidate) {
 
 TEST_F(ChoiceSectionTest, DisappearsOnceTheCandidatesAreEmptied) {
     makeReady();
-    const auto& section = show<ChoiceSection>(*coordinator, tasks);
+    const auto& section = show<ChoiceSection>();
     makeAsking();
     const auto task = start();
     ASSERT_TRUE(coordinator->candidateTargets().empty());
@@ -49,7 +50,7 @@ TEST_F(ChoiceSectionTest, DisappearsOnceTheCandidatesAreEmptied) {
 
 TEST_F(ChoiceSectionTest, ReplacesTheButtonsWithTheCandidates) {
     makeReady();
-    const auto& section = show<ChoiceSection>(*coordinator, tasks);
+    const auto& section = show<ChoiceSection>();
     makeAsking();
     makeAsking(u"Three"_s, u"Four"_s);
     EXPECT_THAT(buttons(section), ElementsAre("Three", "Four"));
@@ -57,7 +58,7 @@ TEST_F(ChoiceSectionTest, ReplacesTheButtonsWithTheCandidates) {
 
 TEST_F(ChoiceSectionTest, AttachesToThePageOfThePressedButtonAndDisappears) {
     makeReady();
-    const auto& section = show<ChoiceSection>(*coordinator, tasks);
+    const auto& section = show<ChoiceSection>();
     makeAsking();
     auto* const two = button(section, u"Two"_s);
     ASSERT_NE(two, nullptr);
@@ -65,6 +66,27 @@ TEST_F(ChoiceSectionTest, AttachesToThePageOfThePressedButtonAndDisappears) {
     EXPECT_EQ(log.count("attach Two on iPhone 16"), 1);
     EXPECT_EQ(coordinator->phase(), WorkspacePhase::running);
     EXPECT_FALSE(isShown(section));
+}
+
+TEST_F(ChoiceSectionTest, ShowsACompassBeforeAndAChevronAfterEachTitle) {
+    makeReady();
+    const auto& section = show<ChoiceSection>();
+    makeAsking();
+    for (const ListRow* const row : shown<ListRow>(section)) {
+        EXPECT_EQ(row->leadingSymbol(), Symbol::compass);
+        EXPECT_EQ(row->trailingSymbol(), Symbol::chevronRight);
+    }
+}
+
+TEST_F(ChoiceSectionTest, ChoosesOnceForTwoPresses) {
+    makeReady();
+    const auto& section = show<ChoiceSection>();
+    makeAsking();
+    QPushButton* const two = button(section, u"Two"_s);
+    ASSERT_NE(two, nullptr);
+    two->click();
+    two->click();
+    EXPECT_EQ(log.count("attach Two on iPhone 16"), 1);
 }
 
 } // namespace

@@ -2,11 +2,14 @@
 #include "window/ControlsSection.h"
 
 #include "WindowSectionTest.h"
+#include "window/widgets/IconButton.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+
+#include <set>
 
 namespace corvanta {
 
@@ -23,10 +26,12 @@ using testing::SimulatorOperation;
 class ControlsSectionTest : public WindowSectionTest {
 protected:
     void showSection() {
-        m_section = &show<ControlsSection>(*coordinator, tasks);
+        m_section = &show<ControlsSection>();
         ASSERT_NE(address(), nullptr);
         ASSERT_NE(picker(), nullptr);
     }
+
+    [[nodiscard]] const ControlsSection& section() const { return *m_section; }
 
     [[nodiscard]] QLineEdit* address() const { return m_section->findChild<QLineEdit*>(); }
 
@@ -52,12 +57,7 @@ protected:
         return enabled;
     }
 
-    void press(const QString& text) {
-        auto* const found = button(*m_section, text);
-        ASSERT_NE(found, nullptr);
-        ASSERT_TRUE(found->isEnabled());
-        found->click();
-    }
+    void press(const QString& text) { WindowSectionTest::press(*m_section, text); }
 
     void pressReturn() {
         QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
@@ -222,6 +222,51 @@ TEST_F(ControlsSectionTest, SelectsThePickedDevice) {
     // Only a person's choice is announced so.
     Q_EMIT picker()->activated(1);
     EXPECT_EQ(coordinator->selectedDeviceID(), u"B"_s);
+}
+
+TEST_F(ControlsSectionTest, SuggestsAnAddress) {
+    makeReady();
+    showSection();
+    EXPECT_EQ(address()->placeholderText(), u"http://localhost:3000");
+}
+
+TEST_F(ControlsSectionTest, GivesEachWorkspaceButtonASymbolAndTwoOfThemWeight) {
+    makeReady();
+    showSection();
+    const auto emphasis = [this](const QString& text) {
+        const QPushButton* const found = button(section(), text);
+        EXPECT_FALSE(found->icon().isNull()) << text.toStdString();
+        return found->property("emphasis").toString();
+    };
+    EXPECT_EQ(emphasis(u"Start Workspace"_s), u"prominent");
+    EXPECT_EQ(emphasis(u"Open / Reload"_s), QString());
+    EXPECT_EQ(emphasis(u"Re-tile"_s), QString());
+    EXPECT_EQ(emphasis(u"Stop"_s), u"destructive");
+}
+
+TEST_F(ControlsSectionTest, RefreshesTheDevicesAndShowsTheProgressInPlaceOfTheSymbol) {
+    makeReady();
+    showSection();
+    simulator.script.delay(SimulatorOperation::availableIOSDevices, 1s);
+    auto* const refresh = section().findChild<IconButton*>();
+    ASSERT_NE(refresh, nullptr);
+    EXPECT_EQ(refresh->toolTip(), u"Refresh simulator devices");
+    EXPECT_FALSE(refresh->isBusy());
+    refresh->click();
+    EXPECT_TRUE(refresh->isBusy());
+    clock.advance(1s);
+    EXPECT_FALSE(refresh->isBusy());
+    EXPECT_EQ(log.count("availableIOSDevices"), 1);
+}
+
+TEST_F(ControlsSectionTest, HasAKeyForEachWorkspaceButton) {
+    makeReady();
+    showSection();
+    std::set<QString> keys;
+    for (const QString& text : {u"Start Workspace"_s, u"Open / Reload"_s, u"Re-tile"_s, u"Stop"_s})
+        keys.insert(button(section(), text)->shortcut().toString());
+    EXPECT_EQ(keys.size(), 4U);
+    EXPECT_FALSE(keys.contains(QString()));
 }
 
 } // namespace

@@ -2,7 +2,9 @@
 #include "window/SetupSection.h"
 
 #include "WindowSectionTest.h"
-#include "window/Widgets.h"
+#include "window/widgets/CheckRow.h"
+#include "window/widgets/ProgressIndicator.h"
+#include "window/widgets/SymbolMark.h"
 
 namespace corvanta {
 
@@ -27,7 +29,7 @@ protected:
 
 TEST_F(SetupSectionTest, ShowsARowForEachCheckWithItsTitleAndDetail) {
     makeReady();
-    const auto& section = show<SetupSection>(*coordinator, tasks);
+    const auto& section = show<SetupSection>();
     ASSERT_EQ(coordinator->setupChecks().size(), 7U);
     Texts expected{"Setup ready"};
     for (const SetupCheck& check : coordinator->setupChecks()) {
@@ -35,17 +37,17 @@ TEST_F(SetupSectionTest, ShowsARowForEachCheckWithItsTitleAndDetail) {
         expected.push_back(check.detail.toStdString());
     }
     EXPECT_EQ(labels(section), expected);
-    EXPECT_EQ(shown<StateMark>(section).size(), 7U);
+    EXPECT_EQ(shown<CheckRow>(section).size(), 7U);
     EXPECT_THAT(buttons(section), ElementsAre("Check Again"));
 }
 
 TEST_F(SetupSectionTest, ReplacesTheRowsAfterAnotherCheck) {
     makeReady();
-    const auto& section = show<SetupSection>(*coordinator, tasks);
+    const auto& section = show<SetupSection>();
     probe.found.availableIOSRuntimeCount = 1;
     probe.found.isAppleSilicon = false;
     check();
-    EXPECT_EQ(shown<StateMark>(section).size(), 7U);
+    EXPECT_EQ(shown<CheckRow>(section).size(), 7U);
     EXPECT_THAT(labels(section), Contains("1 iOS runtime installed"));
     EXPECT_THAT(labels(section), Not(Contains("2 iOS runtimes installed")));
     EXPECT_THAT(labels(section), Contains("Setup checks"));
@@ -54,7 +56,7 @@ TEST_F(SetupSectionTest, ReplacesTheRowsAfterAnotherCheck) {
 
 TEST_F(SetupSectionTest, ShowsThatItChecksInPlaceOfTheButton) {
     makeReady();
-    const auto& section = show<SetupSection>(*coordinator, tasks);
+    const auto& section = show<SetupSection>();
     auto* const again = button(section, u"Check Again"_s);
     ASSERT_NE(again, nullptr);
     probe.script.delay(testing::PreflightOperation::facts, 1s);
@@ -84,13 +86,13 @@ class SetupSectionAction : public SetupSectionTest, public ::testing::WithParamI
 TEST_P(SetupSectionAction, StandsInTheRowOfTheFailedCheckAlone) {
     GetParam().spoil(probe.found, tree, safari);
     makeCoordinator();
-    const auto& section = show<SetupSection>(*coordinator, tasks);
+    const auto& section = show<SetupSection>();
     check();
     const QLabel* const title = label(section, GetParam().title);
     ASSERT_NE(title, nullptr);
     const Texts expected = GetParam().button.empty() ? Texts{} : Texts{GetParam().button};
     EXPECT_EQ(buttons(*title->parentWidget()), expected);
-    EXPECT_EQ(shown<StateMark>(*title->parentWidget()).size(), 1U);
+    EXPECT_EQ(shown<SymbolMark>(*title->parentWidget()).size(), 1U);
     EXPECT_EQ(buttons(section).size(), 1 + expected.size());
 }
 
@@ -119,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(SetupSectionTest, CarriesOutTheActionOfThePressedButton) {
     tree.trusted = false;
     makeCoordinator();
-    const auto& section = show<SetupSection>(*coordinator, tasks);
+    const auto& section = show<SetupSection>();
     check();
     auto* const allow = button(section, u"Allow Access"_s);
     ASSERT_NE(allow, nullptr);
@@ -127,6 +129,57 @@ TEST_F(SetupSectionTest, CarriesOutTheActionOfThePressedButton) {
     EXPECT_EQ(tree.trustRequests, 1);
     clock.advance(5s);
     EXPECT_EQ(tasks.size(), 0U);
+}
+
+/// The symbols of a part of the section that are shown, in order.
+std::vector<Symbol> symbolsOf(const std::vector<SymbolMark*>& marks) {
+    std::vector<Symbol> symbols;
+    for (const SymbolMark* const mark : marks)
+        symbols.push_back(mark->symbol());
+    return symbols;
+}
+
+TEST_F(SetupSectionTest, ShowsASealOnceEverythingIsReadyAndAListBefore) {
+    makeCoordinator();
+    const auto& section = show<SetupSection>();
+    EXPECT_THAT(symbolsOf(shown<SymbolMark>(section)), ElementsAre(Symbol::checklist));
+    makeReady();
+    EXPECT_EQ(symbolsOf(shown<SymbolMark>(section)).front(), Symbol::seal);
+}
+
+TEST_F(SetupSectionTest, ShowsEachStateByASymbolWithAName) {
+    tree.trusted = false;
+    makeCoordinator();
+    const auto& section = show<SetupSection>();
+    check();
+    std::vector<Symbol> expected;
+    for (const SetupCheck& row : coordinator->setupChecks()) {
+        expected.push_back(row.state == SetupCheckState::passed   ? Symbol::passed
+                           : row.state == SetupCheckState::failed ? Symbol::failed
+                                                                  : Symbol::blocked);
+    }
+    ASSERT_THAT(expected, Contains(Symbol::failed));
+    ASSERT_THAT(expected, Contains(Symbol::blocked));
+    std::vector<Symbol> rows;
+    Texts names;
+    for (const CheckRow* const row : shown<CheckRow>(section)) {
+        const SymbolMark* const mark = shown<SymbolMark>(*row).front();
+        rows.push_back(mark->symbol());
+        names.push_back(mark->accessibleName().toStdString());
+    }
+    EXPECT_EQ(rows, expected);
+    EXPECT_THAT(names, Contains("Passed"));
+    EXPECT_THAT(names, Contains("Failed"));
+    EXPECT_THAT(names, Contains("Blocked"));
+}
+
+TEST_F(SetupSectionTest, KeepsTheRowsWhenTheStatesChange) {
+    makeReady();
+    const auto& section = show<SetupSection>();
+    const auto before = shown<CheckRow>(section);
+    tree.trusted = false;
+    check();
+    EXPECT_EQ(shown<CheckRow>(section), before);
 }
 
 } // namespace

@@ -3,8 +3,9 @@
 
 #include "WorkspaceCoordinatorTest.h"
 #include "support/TaskScope.h"
+#include "window/SectionContext.h"
+#include "window/widgets/TextLabel.h"
 
-#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <QWidget>
@@ -21,15 +22,22 @@ class WindowSectionTest : public WorkspaceCoordinatorTest {
 protected:
     using Texts = std::vector<std::string>;
 
-    /// The part that is tested, in a window that is never shown.
-    template<typename Section, typename... Arguments>
-    Section& show(Arguments&... arguments) {
-        auto* const section = new Section(arguments...);
-        (new QVBoxLayout(&m_window))->addWidget(section);
+    /// What the parts of the window work with; the coordinator must have been made.
+    [[nodiscard]] SectionContext context() {
+        return {.coordinator = *coordinator, .desktop = desktop, .clock = clock, .tasks = tasks};
+    }
+
+    /// The part that is tested, in a window that is not shown unless the test does so.
+    template<typename Section>
+    Section& show() {
+        auto* const section = new Section(context());
+        (new QVBoxLayout(&window))->addWidget(section);
         return *section;
     }
 
-    [[nodiscard]] bool isShown(const QWidget& widget) const { return widget.isVisibleTo(&m_window); }
+    [[nodiscard]] bool isShown(const QWidget& widget) const {
+        return widget.window() == &window ? widget.isVisibleTo(&window) : widget.isVisible();
+    }
 
     /// The widgets of that type that are shown, in the order in which they were made.
     template<typename Widget>
@@ -42,41 +50,52 @@ protected:
         return widgets;
     }
 
-    /// The texts of the labels that are shown.
-    [[nodiscard]] Texts labels(const QWidget& parent) const { return texts<QLabel>(parent); }
-
-    /// The texts of the buttons that are shown.
-    [[nodiscard]] Texts buttons(const QWidget& parent) const { return texts<QPushButton>(parent); }
-
-    /// The button that is shown with that text; null when there is none.
-    [[nodiscard]] QPushButton* button(const QWidget& parent, const QString& text) const {
-        return find<QPushButton>(parent, text);
-    }
-
-    /// The label that is shown with that text; null when there is none.
-    [[nodiscard]] QLabel* label(const QWidget& parent, const QString& text) const { return find<QLabel>(parent, text); }
-
-    TaskScope tasks;
-
-private:
-    template<typename Widget>
-    [[nodiscard]] Texts texts(const QWidget& parent) const {
+    /// The texts of the labels that are shown, as they were given.
+    [[nodiscard]] Texts labels(const QWidget& parent) const {
         Texts result;
-        for (const Widget* const widget : shown<Widget>(parent))
-            result.push_back(widget->text().toStdString());
+        for (const TextLabel* const label : shown<TextLabel>(parent))
+            result.push_back(label->shownText().toStdString());
         return result;
     }
 
-    template<typename Widget>
-    [[nodiscard]] Widget* find(const QWidget& parent, const QString& text) const {
-        for (Widget* const widget : shown<Widget>(parent)) {
-            if (widget->text() == text)
-                return widget;
+    /// The texts of the buttons that are shown; those with a symbol alone have none.
+    [[nodiscard]] Texts buttons(const QWidget& parent) const {
+        Texts result;
+        for (const QPushButton* const button : shown<QPushButton>(parent)) {
+            if (!button->text().isEmpty())
+                result.push_back(button->text().toStdString());
+        }
+        return result;
+    }
+
+    /// The button that is shown with that text, or with that name where it has none; null when there is none.
+    [[nodiscard]] QPushButton* button(const QWidget& parent, const QString& text) const {
+        for (QPushButton* const button : shown<QPushButton>(parent)) {
+            if (button->text() == text || (button->text().isEmpty() && button->accessibleName() == text))
+                return button;
         }
         return nullptr;
     }
 
-    QWidget m_window;
+    /// The label that is shown with that text; null when there is none.
+    [[nodiscard]] TextLabel* label(const QWidget& parent, const QString& text) const {
+        for (TextLabel* const label : shown<TextLabel>(parent)) {
+            if (label->shownText() == text)
+                return label;
+        }
+        return nullptr;
+    }
+
+    /// Presses the button with that text or name, which must be there and enabled.
+    void press(const QWidget& parent, const QString& text) {
+        QPushButton* const found = button(parent, text);
+        ASSERT_NE(found, nullptr) << text.toStdString();
+        ASSERT_TRUE(found->isEnabled()) << text.toStdString();
+        found->click();
+    }
+
+    TaskScope tasks;
+    QWidget window;
 };
 
 } // namespace corvanta

@@ -135,6 +135,37 @@ TEST_F(WorkspaceCoordinatorLocationsTest, SavesAFavoriteWithABlankNameUnderTheCo
     EXPECT_EQ(coordinator->favorites().front().name, u"41.3874,2.1686");
 }
 
+TEST_F(WorkspaceCoordinatorLocationsTest, DeletesTheFavoriteWithThatIdentityAlone) {
+    select(barcelona, u"Barcelona"_s);
+    coordinator->saveFavorite();
+    select(oslo, u"Oslo"_s);
+    coordinator->saveFavorite();
+    forget();
+    coordinator->deleteFavorite(coordinator->favorites().front().id);
+    EXPECT_THAT(journal, ElementsAre("favorites 1", "status Deleted favorite"));
+    ASSERT_EQ(coordinator->favorites().size(), 1U);
+    EXPECT_EQ(coordinator->favorites().front().name, u"Barcelona");
+    EXPECT_EQ(locationRepository.loadFavorites(), coordinator->favorites());
+}
+
+TEST_F(WorkspaceCoordinatorLocationsTest, ShowsTheStoredFavoritesAfterADeletionThatFindsNothing) {
+    select(barcelona, u"Barcelona"_s);
+    coordinator->saveFavorite();
+    forget();
+    coordinator->deleteFavorite(QUuid());
+    EXPECT_THAT(journal, ElementsAre("status Deleted favorite"));
+    EXPECT_EQ(coordinator->favorites().size(), 1U);
+}
+
+TEST_F(WorkspaceCoordinatorLocationsTest, LeavesTheSelectionAndThePhaseWhenAFavoriteIsDeleted) {
+    select(barcelona, u"Barcelona"_s);
+    coordinator->saveFavorite();
+    coordinator->deleteFavorite(coordinator->favorites().front().id);
+    EXPECT_EQ(coordinator->selectedCoordinate(), barcelona);
+    EXPECT_EQ(coordinator->selectedLocationName(), u"Barcelona");
+    EXPECT_EQ(coordinator->phase(), WorkspacePhase::idle);
+}
+
 TEST_F(WorkspaceCoordinatorLocationsTest, PutsTheNewestFavoriteFirst) {
     select(barcelona, u"Barcelona"_s);
     coordinator->saveFavorite();

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "window/SectionContext.h"
+
+#include <QWidget>
+
+class QPushButton;
+
+namespace corvanta {
+
+class TextLabel;
+
+/// The point that the device is to believe it is at.
+class LocationSection final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit LocationSection(const SectionContext& context, QWidget* parent = nullptr);
+
+private:
+    [[nodiscard]] QWidget* makeSelectionLine();
+    void showSelection();
+    void updateButtons();
+
+    WorkspaceCoordinator& m_coordinator;
+    TaskScope& m_tasks;
+    TextLabel* m_name;
+    TextLabel* m_coordinate;
+    QPushButton* m_set;
+    QPushButton* m_clear;
+};
+
+} // namespace corvanta

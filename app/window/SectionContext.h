@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace corvanta {
+
+class Clock;
+class Desktop;
+class TaskScope;
+class WorkspaceCoordinator;
+
+/// What the parts of the control window show and work with. All of it outlives them.
+struct SectionContext {
+    WorkspaceCoordinator& coordinator;
+    Desktop& desktop;
+    const Clock& clock;
+    TaskScope& tasks;
+};
+
+} // namespace corvanta

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#include "window/widgets/ToolTip.h"
+
+namespace corvanta {
+
+using namespace Qt::Literals::StringLiterals;
+
+QString plainToolTip(const QString& text) {
+    return u"<span>"_s + text.toHtmlEscaped() + u"</span>"_s;
+}
+
+} // namespace corvanta
