@@ -36,6 +36,8 @@ public:
         : m_host(host)
         , m_preferences(preferences) {}
 
+    [[nodiscard]] QCoro::Task<void> untilReady() override { co_return; }
+
     [[nodiscard]] AccessibilityClient& accessibility() override { return m_host.tree; }
 
     [[nodiscard]] Desktop& desktop() override { return m_host.desktop; }
