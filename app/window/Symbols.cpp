@@ -93,7 +93,7 @@ class SymbolIconEngine final : public QIconEngine {
 public:
     SymbolIconEngine(Symbol symbol, Colour colour)
         : m_symbol(symbol)
-        , m_colour(std::move(colour)) {}
+        , m_colour(colour) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         QSvgRenderer renderer(coloured(picture(m_symbol), colourFor(mode)));

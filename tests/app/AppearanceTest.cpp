@@ -76,7 +76,7 @@ class AppliedAppearance : public ::testing::Test {
 protected:
     static void SetUpTestSuite() { applyAppearance(*qApp); }
 
-    ~AppliedAppearance() override {
+    void TearDown() override {
         QApplication::setPalette(m_palette);
         QApplication::setFont(m_font);
     }

@@ -23,7 +23,7 @@ QPalette paletteOf(const QColor& ground, const QColor& text) {
 
 class SymbolsTest : public ::testing::Test {
 protected:
-    ~SymbolsTest() override { QApplication::setPalette(m_palette); }
+    void TearDown() override { QApplication::setPalette(m_palette); }
 
     /// The mean colour of what is drawn, and how much of the square it covers.
     struct Ink {

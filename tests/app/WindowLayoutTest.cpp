@@ -32,9 +32,9 @@ struct Width {
     friend void PrintTo(const Width& row, std::ostream* stream) { *stream << row.name; }
 };
 
-class WindowLayout : public WindowViewTest, public ::testing::WithParamInterface<Width> {
+class WindowLayoutTest : public WindowViewTest {
 protected:
-    void fill() {
+    void fill(QSize size) {
         simulator.devices.front().name = longDevice;
         makeReady();
         coordinator->setUrlInput(longAddress);
@@ -42,7 +42,7 @@ protected:
                                     u"Llanfairpwllgwyngyllgogerychwyrndrobwllllantysiliogogogoch railway station"_s,
                                     true);
         coordinator->saveFavorite();
-        showView({GetParam().width, GetParam().height});
+        showView(size);
     }
 
     void failWithFortyWords() {
@@ -76,8 +76,13 @@ protected:
     }
 };
 
+class WindowLayout : public WindowLayoutTest, public ::testing::WithParamInterface<Width> {
+protected:
+    [[nodiscard]] static QSize size() { return {GetParam().width, GetParam().height}; }
+};
+
 TEST_P(WindowLayout, CutsNothingWhileAPageIsToBeChosen) {
-    fill();
+    fill(size());
     askForPage(u"A page whose title is longer than any window that somebody would want to put it into — Checkout"_s);
     expectNothingCut();
     const ListRow* const row = view().findChild<ListRow*>();
@@ -86,7 +91,7 @@ TEST_P(WindowLayout, CutsNothingWhileAPageIsToBeChosen) {
 }
 
 TEST_P(WindowLayout, CutsNothingOfALongFailure) {
-    fill();
+    fill(size());
     failWithFortyWords();
     expectNothingCut();
 }
@@ -96,7 +101,7 @@ TEST_P(WindowLayout, CutsNothingWhileTheSetupIsIncomplete) {
     probe.found = SetupFacts{};
     probe.found.availableIOSRuntimeCount = 0;
     makeCoordinator();
-    showView({GetParam().width, GetParam().height});
+    showView(size());
     const testing::WatchedTask checks(coordinator->runSetupChecks());
     clock.advance(1s);
     settle();
@@ -110,7 +115,7 @@ TEST_P(WindowLayout, CutsNothingWhileTheSetupIsIncomplete) {
 }
 
 TEST_P(WindowLayout, ElidesTheDeviceAndTellsTheWholeInTheTooltip) {
-    fill();
+    fill(size());
     const QComboBox* const picker = view().findChild<QComboBox*>();
     EXPECT_TRUE(picker->toolTip().contains(longDevice));
 }
@@ -119,8 +124,6 @@ INSTANTIATE_TEST_SUITE_P(, WindowLayout,
                          ::testing::Values(Width{"Narrowest", 300, 480}, Width{"Narrow", 380, 700},
                                            Width{"AtFirst", 430, 860}, Width{"Wide", 700, 900}),
                          [](const auto& row) { return row.param.name; });
-
-class WindowLayoutTest : public WindowViewTest {};
 
 TEST_F(WindowLayoutTest, Is430By860AtFirstAndNoSmallerThan300By480) {
     makeReady();
@@ -198,6 +201,18 @@ TEST_F(WindowLayoutTest, LeavesHalfOfTheWindowToTheControlsHoweverMuchThereIsToS
     clock.advance(300ms);
     settle();
     EXPECT_LE(view().findChild<StatusSection*>()->height(), 240);
+}
+
+TEST_F(WindowLayoutTest, CutsNothingInALargeFont) {
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPixelSize(20);
+    QApplication::setFont(large);
+    fill({430, 860});
+    failWithFortyWords();
+    EXPECT_EQ(label(view(), u"Workspace"_s)->fontInfo().pixelSize(), 20);
+    expectNothingCut();
+    QApplication::setFont(before);
 }
 
 } // namespace

@@ -65,6 +65,27 @@ TEST_F(WorkspaceViewTest, BeginsWithTheAddress) {
     EXPECT_EQ(QApplication::focusWidget(), view().findChild<QLineEdit*>());
 }
 
+TEST_F(WorkspaceViewTest, TurnsDarkAndLightWithTheDesktopWhileItIsShown) {
+    makeReady();
+    showView();
+    const QPalette before = QApplication::palette();
+    const auto ground = [this] { return view().grab().toImage().pixelColor(2, view().height() / 2).name(); };
+    const auto set = [](const QColor& window, const QColor& text) {
+        QPalette palette = QApplication::palette();
+        palette.setColor(QPalette::Window, window);
+        palette.setColor(QPalette::WindowText, text);
+        QApplication::setPalette(palette);
+        settle();
+    };
+    set(u"#2d2d2d"_s, u"#ffffff"_s);
+    EXPECT_EQ(ground(), Appearance::dark().ground.name());
+    set(u"#efefef"_s, u"#000000"_s);
+    EXPECT_EQ(ground(), Appearance::light().ground.name());
+    set(u"#000000"_s, u"#ffffff"_s);
+    EXPECT_EQ(ground(), u"#000000");
+    QApplication::setPalette(before);
+}
+
 TEST_F(WorkspaceViewTest, CanBeWalkedThroughByKeyboardInTheOrderInWhichItIsRead) {
     makeReady();
     coordinator->selectLocation({1, 2}, u"One"_s, true);

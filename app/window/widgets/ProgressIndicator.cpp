@@ -37,8 +37,7 @@ void ProgressIndicator::setActive(bool isActive) {
         m_timer = startTimer(turnTime / stepsPerTurn);
     } else {
         m_since.reset();
-        killTimer(*m_timer);
-        m_timer.reset();
+        killTimer(m_timer);
     }
     tellTime();
     setVisible(isActive);

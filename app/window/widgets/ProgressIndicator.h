@@ -36,7 +36,7 @@ private:
 
     const Clock& m_clock;
     std::optional<Clock::TimePoint> m_since;
-    std::optional<int> m_timer;
+    int m_timer = 0;
     int m_angle = 0;
 };
 

@@ -129,9 +129,9 @@ void TextLabel::contextMenuEvent(QContextMenuEvent* event) {
     auto* const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QAction* const copy =
-        menu->addAction(tr("Copy"), this, [this] { QGuiApplication::clipboard()->setText(selection()); });
+        menu->addAction(u"Copy"_s, this, [this] { QGuiApplication::clipboard()->setText(selection()); });
     copy->setEnabled(hasSelectedText());
-    menu->addAction(tr("Select All"), this, [this] { setSelection(0, static_cast<int>(text().size())); });
+    menu->addAction(u"Select All"_s, this, [this] { setSelection(0, static_cast<int>(text().size())); });
     menu->popup(event->globalPos());
 }
 
