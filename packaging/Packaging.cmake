@@ -22,9 +22,10 @@ if(CORVANTA_BUILD_NUMBER)
 endif()
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# What no library brings along: the buses, and what GTK draws its icons with.
+# What no library brings along: the buses, the authorities that https trusts, and what GTK draws its icons with.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-  "at-spi2-core, default-dbus-session-bus | dbus-session-bus, librsvg2-common")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "ca-certificates, glib-networking, fonts-dejavu-core")
+  "at-spi2-core, ca-certificates, default-dbus-session-bus | dbus-session-bus, librsvg2-common")
+# Pages over https, and something to write them with.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-dejavu-core, glib-networking")
 
 include(CPack)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The program among other programs: its menus, its end, its window's place, and a second start of it.
+#include "TrayHost.h"
 #include "WorkspaceEndToEnd.h"
 
 #include <QProcess>
@@ -113,6 +114,30 @@ TEST_F(ShellEndToEnd, PutsTheWindowsBackWhenItIsQuit) {
 TEST_F(ShellEndToEnd, EndsWithItsWindowWhereThereIsNoTray) {
     launchProgram({});
     ASSERT_TRUE(choose(u"Close Window"_s));
+    EXPECT_EQ(exitCode(), 0);
+}
+
+TEST_F(ShellEndToEnd, OutlivesItsWindowWhereThereIsATray) {
+    const TrayHost tray;
+    launchProgram({u"--url"_s, m_site.address(), u"--device"_s, u"iPhone 16 Pro"_s});
+    ASSERT_TRUE(eventually([&] { return !tray.items().isEmpty(); }));
+    EXPECT_EQ(tray.menu(), (QStringList{u"Status: Idle off"_s, u"Open Corvanta"_s, u"---"_s, u"Start Workspace"_s,
+                                        u"Open / Reload Page off"_s, u"Re-tile Windows off"_s, u"Stop Workspace off"_s,
+                                        u"---"_s, u"Check for Updates…"_s, u"---"_s, u"Quit Corvanta"_s}))
+        << tray.menu().join(u'\n').toStdString();
+    ASSERT_TRUE(choose(u"Close Window"_s));
+    ASSERT_TRUE(eventually([this] { return !m_windows.window(u"Corvanta"_s); }));
+    ASSERT_TRUE(tray.choose(u"Open Corvanta"_s));
+    ASSERT_TRUE(eventually([this] { return m_windows.window(u"Corvanta"_s).has_value(); }));
+
+    ASSERT_TRUE(eventually([this] { return choose(u"Close Window"_s); }));
+    ASSERT_TRUE(eventually([this] { return !m_windows.window(u"Corvanta"_s); }));
+    ASSERT_TRUE(tray.choose(u"Start Workspace"_s));
+    ASSERT_TRUE(eventually([&] { return tray.menu().contains(u"Status: Running off"_s); }, startLimit))
+        << tray.menu().join(u'\n').toStdString();
+    EXPECT_TRUE(m_windows.window(u"Corvanta"_s));
+    EXPECT_FALSE(tray.choose(u"Start Workspace"_s));
+    ASSERT_TRUE(tray.choose(u"Quit Corvanta"_s));
     EXPECT_EQ(exitCode(), 0);
 }
 
