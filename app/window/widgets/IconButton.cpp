@@ -33,12 +33,18 @@ void IconButton::setClock(const Clock& clock) {
 void IconButton::setBusy(bool isBusy) {
     if (m_progress == nullptr || isBusy == m_progress->isActive())
         return;
+    if (isBusy)
+        m_sizeWithSymbol = QPushButton::sizeHint();
     m_progress->setActive(isBusy);
     setIcon(isBusy ? QIcon() : Symbols::icon(m_symbol));
 }
 
 bool IconButton::isBusy() const {
     return m_progress != nullptr && m_progress->isActive();
+}
+
+QSize IconButton::sizeHint() const {
+    return isBusy() ? m_sizeWithSymbol : QPushButton::sizeHint();
 }
 
 void IconButton::mouseDoubleClickEvent(QMouseEvent* event) {

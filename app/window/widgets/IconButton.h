@@ -26,12 +26,16 @@ public:
 
     [[nodiscard]] bool isBusy() const;
 
+    [[nodiscard]] QSize sizeHint() const override;
+
 protected:
     /// The second press of a double click: what was under the pointer may have made room for something else.
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
     Symbol m_symbol;
+    /// What the button wants with its symbol; it keeps that without.
+    QSize m_sizeWithSymbol;
     ProgressIndicator* m_progress = nullptr;
 };
 
