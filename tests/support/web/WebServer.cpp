@@ -114,7 +114,7 @@ void WebServer::serve(QTcpSocket* socket) {
     QObject::connect(socket, &QTcpSocket::bytesWritten, m_server.get(),
                      [this](qint64 count) { m_takenBytes += count; });
     const auto read = [this, socket] {
-        if (socket->peek(64 * 1024).contains("\r\n\r\n"))
+        if (socket->peek(65'536).contains("\r\n\r\n"))
             respond(socket, socket->readAll());
     };
     QObject::connect(socket, &QTcpSocket::readyRead, m_server.get(), read);

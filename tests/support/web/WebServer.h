@@ -26,8 +26,8 @@ struct WebAnswer {
     /// Nothing at all is sent, not even a head, while this is empty.
     QByteArray status = "200 OK";
     /// Each with its line break, "\r\n".
-    QByteArray headers = {};
-    QByteArray body = {};
+    QByteArray headers = "";
+    QByteArray body = "";
     /// Spaces that follow the body as fast as the other side takes them.
     qint64 filler = 0;
     /// The length that the head promises: that of body and filler unless told otherwise; none when negative.
