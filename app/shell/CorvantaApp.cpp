@@ -143,7 +143,9 @@ void CorvantaApp::windowChanged(QWidget* window) {
 
 QCoro::Task<void> CorvantaApp::firstAppearance() {
     ++m_appearances;
-    co_await m_coordinator.runSetupChecks();
+    co_await m_platform->untilReady();
+    if (!m_isLeaving)
+        co_await m_coordinator.runSetupChecks();
     if (!m_isLeaving)
         co_await m_coordinator.refreshDevices();
     // A window that was closed and opened again meanwhile has its own, which finds the checks under way.

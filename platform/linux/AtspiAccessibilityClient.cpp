@@ -71,6 +71,10 @@ bool AtspiAccessibilityClient::isTrusted() {
     return true;
 }
 
+bool AtspiAccessibilityClient::isSettled() {
+    return isTrusted() || (!m_bus.isEnabled() && m_bus.knowsWhetherEnabled());
+}
+
 bool AtspiAccessibilityClient::requestTrust() {
     m_bus.enable();
     return isTrusted();

@@ -22,7 +22,7 @@ namespace corvanta {
 ///
 /// An application element stands for every program on the bus that carries the bundle identifier as its name. Reads
 /// come from a mirror of each program's objects that is fetched in one go and is at most a tenth of a second old.
-/// Programs that do not answer hold a turn of the event loop for 80 ms, all together; they read as they were for two
+/// Programs that do not answer hold a turn of the event loop for 80 ms, all together; they read as they were for five
 /// seconds more and are then absent until they answer. Pages inside them have an allowance of their own, so that a slow
 /// page hides no window. Windows are measured and placed by way of the X server, in device pixels.
 class AtspiAccessibilityClient final : public AccessibilityClient {
@@ -41,6 +41,9 @@ public:
 
     /// Whether the application shows a menu bar on the bus; answered without the person's permission as well.
     [[nodiscard]] bool hasMenuBar(const QString& bundleIdentifier);
+
+    /// Whether it is known if the bus may be used; until then `isTrusted()` is false.
+    [[nodiscard]] bool isSettled();
 
     /// Keeps what is known of the application recent whenever any application is looked at, so that a first look at it
     /// finds something even when it is busy.

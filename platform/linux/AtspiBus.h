@@ -27,6 +27,9 @@ public:
     /// Whether the session's assistive-technology switch is on. Asked of the session again when the answer has aged.
     [[nodiscard]] bool isEnabled();
 
+    /// Whether the session has answered that question since it was asked last.
+    [[nodiscard]] bool knowsWhetherEnabled() const { return m_enabledAge.isValid() && !m_enabledCall; }
+
     /// Turns the session's assistive-technology switch on.
     void enable();
 

@@ -99,10 +99,6 @@ void AtspiFetch::watch(std::function<void()> progress) {
         observe(call.plug);
 }
 
-bool AtspiFetch::takeProgress() {
-    return std::exchange(m_hasProgress, false);
-}
-
 AtspiTree AtspiFetch::takeTree() {
     return std::exchange(m_tree, {});
 }
@@ -142,7 +138,7 @@ void AtspiFetch::askChildren(const QString& path, int level) {
 
 void AtspiFetch::takeItems(const QDBusMessage& reply) {
     m_itemsCall.reset();
-    m_hasProgress = true;
+    ++m_answers;
     const std::optional<QList<AtspiItem>> items = parseItems(reply);
     if (!items) {
         askObject(rootPath, {}, 0);
@@ -159,7 +155,7 @@ void AtspiFetch::takeItems(const QDBusMessage& reply) {
 bool AtspiFetch::takeChildren(const ChildrenCall& call) {
     if (!call.children.isFinished())
         return false;
-    m_hasProgress = true;
+    ++m_answers;
     takeList(call.path, call.children, call.level);
     return true;
 }
@@ -167,7 +163,7 @@ bool AtspiFetch::takeChildren(const ChildrenCall& call) {
 bool AtspiFetch::takeObject(const ObjectCalls& calls) {
     if (!calls.isFinished())
         return false;
-    m_hasProgress = true;
+    ++m_answers;
     const QDBusPendingReply<QVariantMap> properties = calls.properties;
     const QDBusPendingReply<quint32> role = calls.role;
     if (!properties.isValid() || !role.isValid())
@@ -204,7 +200,7 @@ void AtspiFetch::takeList(const QString& parent, const QDBusPendingCall& reply, 
 bool AtspiFetch::takePlug(const PlugCall& call) {
     if (!call.plug.isFinished())
         return false;
-    m_hasProgress = true;
+    ++m_answers;
     QList<AtspiReference> children;
     if (const std::optional<AtspiReference> plug = parseReference(call.plug.reply()))
         children.append(*plug);

@@ -43,8 +43,8 @@ public:
     /// Calls `advance` and then `progress` from the event loop whenever something has arrived.
     void watch(std::function<void()> progress);
 
-    /// Whether anything has arrived since the last question.
-    [[nodiscard]] bool takeProgress();
+    /// How many answers have been taken so far.
+    [[nodiscard]] unsigned answers() const { return m_answers; }
 
     [[nodiscard]] AtspiTree takeTree();
 
@@ -74,7 +74,7 @@ private:
     std::vector<ObjectCalls> m_objectCalls;
     std::vector<PlugCall> m_plugCalls;
     qsizetype m_asked = 0;
-    bool m_hasProgress = false;
+    unsigned m_answers = 0;
     std::function<void()> m_progress;
     std::unique_ptr<QObject> m_watchers;
 };

@@ -47,6 +47,7 @@ void AtspiMirror::request(const QString& path) {
 
 void AtspiMirror::begin(std::unique_ptr<AtspiFetch> fetch, bool isAddition) {
     m_fetch = std::move(fetch);
+    m_answersSeen = 0;
     m_isAddition = isAddition;
     m_silence.start();
 }
@@ -54,11 +55,17 @@ void AtspiMirror::begin(std::unique_ptr<AtspiFetch> fetch, bool isAddition) {
 bool AtspiMirror::settle() {
     if (!m_fetch)
         return true;
-    if (!m_fetch->advance())
+    const bool isComplete = m_fetch->advance();
+    if (m_fetch->answers() != m_answersSeen) {
+        // A program that answers slowly is not silent.
+        m_answersSeen = m_fetch->answers();
+        m_silence.start();
+        m_isGivenUp = false;
+    }
+    if (!isComplete)
         return false;
     AtspiTree tree = m_fetch->takeTree();
     m_fetch.reset();
-    m_isGivenUp = false;
     if (m_isAddition) {
         m_tree.merge(tree);
     } else {
@@ -68,18 +75,10 @@ bool AtspiMirror::settle() {
     return true;
 }
 
-bool AtspiMirror::isHopeful() {
-    if (m_isGivenUp && m_fetch && m_fetch->takeProgress())
-        m_isGivenUp = false;
-    return !m_isGivenUp;
-}
-
 void AtspiMirror::giveUp() {
     m_isGivenUp = true;
-    if (!m_fetch)
-        return;
-    (void)m_fetch->takeProgress();
-    m_fetch->watch([this] { settle(); });
+    if (m_fetch)
+        m_fetch->watch([this] { settle(); });
 }
 
 const AtspiItem* AtspiMirror::item(const QString& path) const {

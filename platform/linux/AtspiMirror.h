@@ -42,7 +42,7 @@ public:
     bool settle();
 
     /// Whether the process deserves to be waited for: it was not given up, or has shown a sign of life since.
-    [[nodiscard]] bool isHopeful();
+    [[nodiscard]] bool isHopeful() const { return !m_isGivenUp; }
 
     void giveUp();
 
@@ -69,6 +69,7 @@ private:
     QElapsedTimer m_age;
     QElapsedTimer m_silence;
     std::unique_ptr<AtspiFetch> m_fetch;
+    unsigned m_answersSeen = 0;
     bool m_isAddition = false;
     bool m_isGivenUp = false;
 };

@@ -10,7 +10,7 @@
 namespace corvanta {
 
 /// How long a program may be silent before it counts as one that hangs; until then what it said last stands.
-constexpr std::chrono::milliseconds silenceOfABusyProgram{2000};
+constexpr std::chrono::milliseconds silenceOfABusyProgram{5000};
 
 /// How long programs that do not answer may hold the main thread in one turn of its event loop, all of them together.
 class HangAllowance {

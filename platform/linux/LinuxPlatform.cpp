@@ -11,6 +11,8 @@
 #include "simulator/FoundationProcessRunner.h"
 #include "support/SystemClock.h"
 
+#include <chrono>
+
 namespace corvanta {
 
 namespace {
@@ -20,6 +22,14 @@ public:
     LinuxPlatform() {
         for (const auto* const bundleIdentifier : {"com.apple.Safari", "com.apple.iphonesimulator"})
             m_accessibility.keepReady(QLatin1StringView(bundleIdentifier));
+    }
+
+    [[nodiscard]] QCoro::Task<void> untilReady() override {
+        // Asking never waits for long, and a busy session answers late: taken for a "no", its silence would be shown as
+        // a missing permission.
+        const Clock::TimePoint end = m_clock.now() + readyLimit;
+        while (!m_accessibility.isSettled() && m_clock.now() < end)
+            co_await m_clock.sleepFor(readyPoll);
     }
 
     [[nodiscard]] AccessibilityClient& accessibility() override { return m_accessibility; }
@@ -41,6 +51,9 @@ public:
     }
 
 private:
+    static constexpr auto readyPoll = std::chrono::milliseconds(20);
+    static constexpr auto readyLimit = std::chrono::seconds(5);
+
     LabFolder m_lab;
     SystemClock m_clock;
     SettingsPreferencesStore m_preferences;

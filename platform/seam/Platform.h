@@ -23,6 +23,9 @@ public:
     Platform& operator=(const Platform&) = delete;
     virtual ~Platform() = default;
 
+    /// Returns once the host has told what the first look at it needs, after some seconds at the latest.
+    [[nodiscard]] virtual QCoro::Task<void> untilReady() = 0;
+
     [[nodiscard]] virtual AccessibilityClient& accessibility() = 0;
     [[nodiscard]] virtual Desktop& desktop() = 0;
     [[nodiscard]] virtual Clock& clock() = 0;
