@@ -48,6 +48,8 @@ public:
 
     [[nodiscard]] PlaceSearch& placeSearch() override { return m_placeSearch; }
 
+    [[nodiscard]] QCoro::Task<void> untilReady() override { co_return; }
+
     [[nodiscard]] std::unique_ptr<CommandRunning> makeCommandRunner() override { return m_host.makeCommandRunner(); }
 
     [[nodiscard]] std::shared_ptr<ControlWindow> makeControlWindow(QWidget& /*window*/) override {
