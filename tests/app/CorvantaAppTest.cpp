@@ -5,8 +5,12 @@
 #include "MemoryPreferencesStore.h"
 #include "OffscreenWindows.h"
 #include "ScriptedHost.h"
+#include "shell/UpdateAlertDialog.h"
 
 #include <QApplication>
+#include <QHostAddress>
+#include <QNetworkProxy>
+#include <QTcpServer>
 #include <QTimer>
 
 #include <gmock/gmock.h>
@@ -48,8 +52,6 @@ public:
 
     [[nodiscard]] PlaceSearch& placeSearch() override { return m_placeSearch; }
 
-    [[nodiscard]] QCoro::Task<void> untilReady() override { co_return; }
-
     [[nodiscard]] std::unique_ptr<CommandRunning> makeCommandRunner() override { return m_host.makeCommandRunner(); }
 
     [[nodiscard]] std::shared_ptr<ControlWindow> makeControlWindow(QWidget& /*window*/) override {
@@ -84,6 +86,10 @@ CommandLine starting(const QString& address, const QString& device) {
 class CorvantaAppTest : public ::testing::Test {
 protected:
     CorvantaAppTest() {
+        // Whoever asks for updates asks a server of the test's own that never answers.
+        EXPECT_TRUE(m_proxy.listen(QHostAddress::LocalHost));
+        QNetworkProxy::setApplicationProxy(
+            QNetworkProxy(QNetworkProxy::HttpProxy, u"127.0.0.1"_s, m_proxy.serverPort()));
         host.beforeCommand = [this](const ProcessCommand& command) {
             if (command.arguments.contains(u"-find"_s) || command.arguments.contains(u"--find"_s))
                 ++setupChecks;
@@ -96,13 +102,19 @@ protected:
         app.reset();
         while (host.clock.step()) {
         }
+        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
     }
 
     void launch(const CommandLine& line = {}) {
+        begin(line);
+        settle();
+    }
+
+    /// Launches the program and leaves it at its very beginning.
+    void begin(const CommandLine& line = {}) {
         app = std::make_unique<CorvantaApp>(std::make_unique<ScriptedPlatform>(host, preferences), line,
                                             [this] { return hasTray; });
         app->start();
-        settle();
     }
 
     /// Lets everything that is under way come to rest.
@@ -116,16 +128,20 @@ protected:
     /// The program's window; null while it is closed.
     static WorkspaceWindow* window() { return topLevel<WorkspaceWindow>(true); }
 
-    static void choose(const QString& text) {
-        auto* const menu = topLevel<MenuBarContentView>(false);
-        ASSERT_NE(menu, nullptr);
-        for (QAction* const action : menu->actions()) {
-            if (action->text() == text) {
-                ASSERT_TRUE(action->isEnabled()) << text.toStdString();
-                return action->trigger();
-            }
+    /// The item of the menu-bar menu with that text; null when there is none.
+    static QAction* item(const QString& text) {
+        for (QAction* const action : topLevel<MenuBarContentView>(false)->actions()) {
+            if (action->text() == text)
+                return action;
         }
-        FAIL() << "no item " << text.toStdString();
+        return nullptr;
+    }
+
+    static void choose(const QString& text) {
+        QAction* const action = item(text);
+        ASSERT_NE(action, nullptr) << text.toStdString();
+        ASSERT_TRUE(action->isEnabled()) << text.toStdString();
+        action->trigger();
     }
 
     static std::string status() { return topLevel<MenuBarContentView>(false)->actions().front()->text().toStdString(); }
@@ -153,7 +169,6 @@ protected:
     std::vector<std::string> opened;
     std::unique_ptr<CorvantaApp> app;
 
-private:
     template<typename Widget>
     static Widget* topLevel(bool isShown) {
         for (QWidget* const widget : QApplication::topLevelWidgets()) {
@@ -163,6 +178,9 @@ private:
         }
         return nullptr;
     }
+
+private:
+    QTcpServer m_proxy;
 };
 
 TEST_F(CorvantaAppTest, OpensItsWindowAndChecksTheSetup) {
@@ -274,6 +292,28 @@ TEST_F(CorvantaAppTest, StartsNothingOnADeviceThatIsNotThere) {
     settle();
     EXPECT_EQ(status(), "Status: Idle");
     EXPECT_THAT(opened, ElementsAre());
+}
+
+TEST_F(CorvantaAppTest, LooksForUpdatesOnceAndInSilence) {
+    begin();
+    EXPECT_NE(item(u"Checking for Updates…"_s), nullptr);
+    settle();
+    EXPECT_NE(item(u"Check for Updates…"_s), nullptr);
+    EXPECT_EQ(topLevel<UpdateAlertDialog>(true), nullptr);
+    window()->close();
+    settle();
+    choose(u"Open Corvanta"_s);
+    EXPECT_NE(item(u"Check for Updates…"_s), nullptr);
+    choose(u"Check for Updates…"_s);
+    settle();
+    EXPECT_NE(topLevel<UpdateAlertDialog>(true), nullptr);
+}
+
+TEST_F(CorvantaAppTest, LooksForNoUpdatesWithoutAPerson) {
+    CommandLine line;
+    line.screenshot = u"/nonexistent/desktop.png"_s;
+    begin(line);
+    EXPECT_NE(item(u"Check for Updates…"_s), nullptr);
 }
 
 TEST_F(CorvantaAppTest, KeepsThePlaceOfItsWindow) {
