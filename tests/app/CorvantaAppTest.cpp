@@ -309,13 +309,6 @@ TEST_F(CorvantaAppTest, LooksForUpdatesOnceAndInSilence) {
     EXPECT_NE(topLevel<UpdateAlertDialog>(true), nullptr);
 }
 
-TEST_F(CorvantaAppTest, LooksForNoUpdatesWithoutAPerson) {
-    CommandLine line;
-    line.screenshot = u"/nonexistent/desktop.png"_s;
-    begin(line);
-    EXPECT_NE(item(u"Check for Updates…"_s), nullptr);
-}
-
 TEST_F(CorvantaAppTest, KeepsThePlaceOfItsWindow) {
     launch();
     const QRect place(120, 40, 400, 650);
