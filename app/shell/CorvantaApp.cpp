@@ -135,8 +135,12 @@ void CorvantaApp::windowClosing() {
         leaveEarly();
         return;
     }
+    // A second close may come before the window is gone.
+    if (!m_window)
+        return;
     m_placement.save();
     m_alerts.close();
+    m_window->disconnect(this);
     m_window.release()->deleteLater();
 }
 
@@ -158,11 +162,14 @@ QCoro::Task<void> CorvantaApp::firstAppearance() {
 }
 
 QCoro::Task<void> CorvantaApp::carryOutRequests() {
+    if (std::exchange(m_isCarryingOut, true))
+        co_return;
     while (!m_requests.empty() && !m_isLeaving) {
         const CommandLine request = m_requests.front();
         m_requests.erase(m_requests.begin());
         co_await carryOut(request);
     }
+    m_isCarryingOut = false;
 }
 
 QCoro::Task<void> CorvantaApp::carryOut(CommandLine request) {

@@ -92,6 +92,7 @@ private:
     /// What the command lines ask for that has not been done yet.
     std::vector<CommandLine> m_requests;
     int m_appearances = 0;
+    bool m_isCarryingOut = false;
     bool m_isLeaving = false;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/SingleInstance.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 
 #include <utility>
@@ -40,10 +41,15 @@ SingleInstance::Standing SingleInstance::claim(const QStringList& arguments) {
         QDBusMessage call = QDBusMessage::createMethodCall(busName, objectPath, busName, u"Open"_s);
         call.setAutoStartService(false);
         call.setArguments({arguments});
-        if (m_bus.call(call, QDBus::Block, answerLimit).type() == QDBusMessage::ReplyMessage) {
+        const QDBusMessage reply = m_bus.call(call, QDBus::Block, answerLimit);
+        if (reply.type() == QDBusMessage::ReplyMessage) {
             m_bus.unregisterObject(objectPath);
             return Standing::handedOver;
         }
+        // Whoever is only slow has the request and would carry it out once more.
+        const QDBusError::ErrorType error = QDBusError(reply).type();
+        if (error == QDBusError::NoReply || error == QDBusError::Timeout || error == QDBusError::TimedOut)
+            break;
     }
     m_bus.unregisterObject(objectPath);
     return Standing::unanswered;

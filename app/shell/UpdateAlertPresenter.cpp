@@ -35,6 +35,9 @@ void UpdateAlertPresenter::present() {
             [this](const URL& address) { m_desktop.openURL(address); });
     connect(dialog, &QDialog::finished, this, [this, shown = *alert] { dismiss(shown); });
     m_dialog = dialog;
+    // Modal to its window, which waits without the program waiting.
+    if (dialog->parentWidget())
+        dialog->setWindowModality(Qt::WindowModal);
     dialog->show();
     bringForward();
 }

@@ -55,8 +55,8 @@ WorkspaceView::WorkspaceView(const SectionContext& context, WindowCallback onWin
     if (auto* const address = content->findChild<AddressField*>())
         address->setFocus(Qt::OtherFocusReason);
 
-    connect(&context.coordinator, &WorkspaceCoordinator::selectedDeviceIDChanged, &context.coordinator,
-            &WorkspaceCoordinator::persistProfile);
+    connect(&context.coordinator, &WorkspaceCoordinator::selectedDeviceIDChanged, this,
+            [&coordinator = context.coordinator] { coordinator.persistProfile(); });
 }
 
 QSize WorkspaceView::sizeHint() const {

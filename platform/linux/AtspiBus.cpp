@@ -66,6 +66,8 @@ void AtspiBus::enable() {
     message << statusInterface << u"IsEnabled"_s << QVariant::fromValue(QDBusVariant(true));
     const QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(message, noTimeLimit);
     m_allowance.wait([&] { return pending.isFinished(); });
+    // What was asked before tells of before.
+    m_enabledCall.reset();
     m_enabledAge.invalidate();
 }
 

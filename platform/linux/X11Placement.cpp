@@ -202,7 +202,10 @@ bool X11Windows::place(Window window, const PixelPlacement& placement) {
             return progress != Progress::underWay;
         },
         [&](std::chrono::nanoseconds atMost) { attempt.awaitEvent(atMost); });
-    lookAfter(window, placement, progress == Progress::underWay || attempt.isFromAnotherState());
+    // What the window refuses it would refuse again.
+    const bool isUnfinished =
+        progress == Progress::underWay || (progress == Progress::arrived && attempt.isFromAnotherState());
+    lookAfter(window, placement, isUnfinished);
     return progress == Progress::arrived || (progress == Progress::underWay && !attempt.wasConfigured());
 }
 

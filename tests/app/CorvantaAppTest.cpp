@@ -8,6 +8,7 @@
 #include "shell/UpdateAlertDialog.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QHostAddress>
 #include <QNetworkProxy>
 #include <QTcpServer>
@@ -212,6 +213,19 @@ TEST_F(CorvantaAppTest, OutlivesItsWindowWhereThereIsATray) {
     settle();
     EXPECT_EQ(setupChecks, 2);
     EXPECT_GE(host.log.count("activateSelf"), 2);
+}
+
+TEST_F(CorvantaAppTest, TakesTwoClosesInOneTurnForOne) {
+    launch();
+    WorkspaceWindow* const closed = window();
+    closed->close();
+    QCloseEvent again;
+    QApplication::sendEvent(closed, &again);
+    settle();
+    EXPECT_EQ(window(), nullptr);
+    choose(u"Open Corvanta"_s);
+    settle();
+    EXPECT_NE(window(), nullptr);
 }
 
 TEST_F(CorvantaAppTest, StartsFromTheTrayWithTheWindowOpen) {

@@ -43,6 +43,15 @@ TEST_F(WorkspaceViewTest, WritesAChangedDeviceSelectionIntoTheProfile) {
     EXPECT_EQ(storedProfile().selectedDeviceUDID, u"B"_s);
 }
 
+TEST_F(WorkspaceViewTest, WritesNothingAnyMoreOnceItIsGone) {
+    makeReady();
+    {
+        const WorkspaceView gone({.coordinator = *coordinator, .desktop = desktop, .clock = clock, .tasks = tasks}, {});
+    }
+    coordinator->setSelectedDeviceID(u"B"_s);
+    EXPECT_EQ(storedProfile().selectedDeviceUDID, u"A"_s);
+}
+
 TEST_F(WorkspaceViewTest, KeepsItsSectionsInOrder) {
     makeReady();
     showView();
