@@ -151,6 +151,8 @@ void WorkspaceRules::noteStatus() {
         require(!m_isStopped, "a stopped workspace fails: " + text);
         require(m_status == errorText(m_run), "another run's error: " + text);
     }
+    if (m_status == u"Choose the newest Safari page")
+        require(m_phase == running, "the monitor asks in another phase than running");
     if (m_status.startsWith(u"The operation couldn"))
         require(m_hasLostPhase, "a run asks for a move that the table refuses");
 }
