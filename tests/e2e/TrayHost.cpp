@@ -73,11 +73,14 @@ std::vector<TrayHost::Item> TrayHost::readMenu() const {
         Item item;
         structure.beginStructure();
         structure >> item.id >> properties;
+        structure.endStructure();
         item.text = properties.value(u"label"_s).toString().remove(u'_');
         item.isEnabled = properties.value(u"enabled"_s, true).toBool();
         item.isSeparator = properties.value(u"type"_s).toString() == u"separator";
         items.push_back(item);
     }
+    layout.endArray();
+    layout.endStructure();
     return items;
 }
 
