@@ -108,7 +108,9 @@ TEST_F(ShellEndToEnd, PutsTheWindowsBackWhenItIsQuit) {
     EXPECT_FALSE(isItemEnabled(u"Start Workspace"_s));
     ASSERT_TRUE(choose(u"Quit Corvanta"_s));
     EXPECT_EQ(exitCode(), 0);
-    EXPECT_TRUE(eventually([&] { return !hasFrame(u"iPhone 16 Pro –"_s, column); }));
+    // Back, and not gone: the Simulator is left running.
+    EXPECT_TRUE(eventually(
+        [&] { return frameOf(u"iPhone 16 Pro –"_s).has_value() && !hasFrame(u"iPhone 16 Pro –"_s, column); }));
 }
 
 TEST_F(ShellEndToEnd, EndsWithItsWindowWhereThereIsNoTray) {
