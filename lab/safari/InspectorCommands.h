@@ -33,6 +33,9 @@ struct RetitleCommand {
 /// What Safari tells an inspector process, one line each.
 using InspectorCommand = std::variant<InspectCommand, PresentCommand, RetitleCommand>;
 
+/// What an inspector process writes to its standard output when it has brought its window forward.
+inline constexpr char presentedAnswer = '\x06';
+
 /// One line with its line feed: "inspect CONNECTION TARGET TITLE", "present" or "retitle TITLE". Titles are single
 /// lines.
 [[nodiscard]] std::string formatCommand(const InspectorCommand& command);

@@ -33,10 +33,19 @@ void InspectorPool::inspect(const TargetIdentifier& target, const std::string& t
         g_warning("The inspector of %s cannot be started.", title.c_str());
         return;
     }
-    process->setExitHandler([this, target] { m_inspectors.erase(target); });
+    process->setExitHandler([this, target] { left(target); });
     process->inspect(target, title);
     m_inspectors.emplace(target, Slot{std::move(process), title});
     scheduleSpare(nextSpareDelay);
+}
+
+void InspectorPool::left(const TargetIdentifier& target) {
+    const auto position = m_inspectors.find(target);
+    const Slot slot = std::move(position->second);
+    m_inspectors.erase(position);
+    // Somebody asked for the inspector while it was just going.
+    if (slot.process->hasUnansweredPresent())
+        inspect(target, slot.title);
 }
 
 void InspectorPool::setTargets(const InspectableTargets& targets) {

@@ -34,6 +34,7 @@ private:
         std::string title;
     };
 
+    void left(const TargetIdentifier& target);
     void scheduleSpare(guint delay);
     void startSpare();
 

@@ -3,6 +3,9 @@
 
 #include "InspectorCommands.h"
 
+#include <algorithm>
+#include <array>
+
 namespace corvanta::lab {
 
 namespace {
@@ -18,8 +21,9 @@ std::string companionPath(const char* program) {
 
 std::unique_ptr<InspectorProcess> InspectorProcess::start(const std::string& serverAddress) {
     const std::string program = companionPath("SafariInspector");
-    GlibPointer<GSubprocess> process(g_subprocess_new(G_SUBPROCESS_FLAGS_STDIN_PIPE, nullptr, program.c_str(),
-                                                      "--server", serverAddress.c_str(), "--commands", nullptr));
+    GlibPointer<GSubprocess> process(
+        g_subprocess_new(static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDIN_PIPE | G_SUBPROCESS_FLAGS_STDOUT_PIPE),
+                         nullptr, program.c_str(), "--server", serverAddress.c_str(), "--commands", nullptr));
     if (!process)
         return nullptr;
     return std::unique_ptr<InspectorProcess>(new InspectorProcess(std::move(process)));
@@ -51,7 +55,26 @@ void InspectorProcess::inspect(const TargetIdentifier& target, const std::string
 }
 
 void InspectorProcess::present() {
+    // Keeps the pipe of the answers empty, however often a person asks.
+    countAnswers();
+    ++m_unansweredPresents;
     send(formatCommand(PresentCommand{}));
+}
+
+bool InspectorProcess::hasUnansweredPresent() {
+    countAnswers();
+    return m_unansweredPresents > 0;
+}
+
+void InspectorProcess::countAnswers() {
+    auto* const pipe = G_POLLABLE_INPUT_STREAM(g_subprocess_get_stdout_pipe(m_process.get()));
+    std::array<char, 256> buffer{};
+    gssize size = 0;
+    do {
+        size = g_pollable_input_stream_read_nonblocking(pipe, buffer.data(), buffer.size(), nullptr, nullptr);
+        m_unansweredPresents -=
+            static_cast<int>(std::count(buffer.begin(), buffer.begin() + std::max<gssize>(size, 0), presentedAnswer));
+    } while (size > 0);
 }
 
 void InspectorProcess::retitle(const std::string& title) {

@@ -31,15 +31,20 @@ public:
     void inspect(const TargetIdentifier& target, const std::string& title);
     /// Brings the window forward.
     void present();
+    /// Whether a wish to bring the window forward has reached nobody so far. Of a process that has ended, it never
+    /// will.
+    [[nodiscard]] bool hasUnansweredPresent();
     void retitle(const std::string& title);
 
 private:
     explicit InspectorProcess(GlibPointer<GSubprocess> process);
     void send(const std::string& line);
+    void countAnswers();
 
     GlibPointer<GSubprocess> m_process;
     GlibPointer<GCancellable> m_cancellable;
     std::function<void()> m_onExit;
+    int m_unansweredPresents = 0;
 };
 
 } // namespace corvanta::lab

@@ -19,6 +19,11 @@ constexpr int missingWindowStatus = 1;
     _exit(status);
 }
 
+/// One byte into a pipe that Safari empties. A full one means that nobody asks there any more.
+void answerPresent() {
+    [[maybe_unused]] const ssize_t size = write(STDOUT_FILENO, &presentedAnswer, 1);
+}
+
 bool isInspectorWindow(gpointer instance) {
     return GTK_IS_WINDOW(instance) && std::strcmp(G_OBJECT_TYPE_NAME(instance), "WebKitInspectorWindow") == 0;
 }
@@ -68,7 +73,8 @@ void InspectorSession::watchWindows() {
 }
 
 void InspectorSession::readCommands() {
-    g_unix_set_fd_nonblocking(STDIN_FILENO, TRUE, nullptr);
+    for (const int pipe : {STDIN_FILENO, STDOUT_FILENO})
+        g_unix_set_fd_nonblocking(pipe, TRUE, nullptr);
     g_unix_fd_add(
         STDIN_FILENO, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR),
         [](gint, GIOCondition, gpointer self) -> gboolean {
@@ -100,8 +106,10 @@ void InspectorSession::perform(const InspectorCommand& command) {
     } else if (const auto* retitle = std::get_if<RetitleCommand>(&command)) {
         m_command.title = retitle->title;
         applyTitle();
-    } else if (m_window) {
-        gtk_window_present(m_window);
+    } else {
+        if (m_window)
+            gtk_window_present(m_window);
+        answerPresent();
     }
 }
 

@@ -77,6 +77,14 @@ ClientWindows::Size ClientWindows::size(Window window) const {
     return result;
 }
 
+std::optional<int> ClientWindows::process(Window window) const {
+    auto* const ewmh = &m_connection->ewmh;
+    std::uint32_t process = 0;
+    if (xcb_ewmh_get_wm_pid_reply(ewmh, xcb_ewmh_get_wm_pid(ewmh, window), &process, nullptr) == 0)
+        return std::nullopt;
+    return static_cast<int>(process);
+}
+
 void ClientWindows::close(Window window) const {
     xcb_ewmh_request_close_window(&m_connection->ewmh, m_connection->screen, window, XCB_CURRENT_TIME,
                                   XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);

@@ -28,6 +28,8 @@ public:
     [[nodiscard]] bool isIconified(Window window) const;
     [[nodiscard]] std::optional<Window> active() const;
     [[nodiscard]] Size size(Window window) const;
+    /// The process that has the window; nothing when it does not tell.
+    [[nodiscard]] std::optional<int> process(Window window) const;
 
     /// As the frame's close button does.
     void close(Window window) const;

@@ -375,8 +375,12 @@ std::vector<std::string> SafariDesktop::pages(const std::string& device) const {
     return titles;
 }
 
+std::optional<Accessible> SafariDesktop::find(const std::vector<std::string>& titles) const {
+    return descend(frames(), titles);
+}
+
 bool SafariDesktop::press(const std::vector<std::string>& titles) const {
-    const auto item = descend(frames(), titles);
+    const auto item = find(titles);
     return item && item->doAction();
 }
 

@@ -111,6 +111,8 @@ protected:
     [[nodiscard]] std::vector<std::string> menuTitles(const std::vector<std::string>& titles) const;
     /// The titles of the enabled entries above the first separator.
     [[nodiscard]] std::vector<std::string> pages(const std::string& device = "iPhone 16 Pro – iOS 18.2") const;
+    /// The entry that is reached by the titles, from the menu bar on.
+    [[nodiscard]] std::optional<Accessible> find(const std::vector<std::string>& titles) const;
     /// What a page's item is called, and does, on the accessibility bus.
     bool press(const std::vector<std::string>& titles) const;
     /// The first object below some frame whose title begins with `start` that has the name, at most `depth` levels

@@ -178,6 +178,45 @@ TEST_F(SafariOnTwoPages, ClosesAnInspectorByItsCloseButton) {
     openInspector(applePage);
 }
 
+TEST_F(SafariOnTwoPages, OpensAnInspectorAgainThatEndsAsItIsAskedFor) {
+    openInspector(applePage);
+    const auto window = m_windows.titled("Web Inspector").front();
+    const auto inspector = m_windows.process(window);
+    const auto item = find(applePage);
+    ASSERT_TRUE(inspector && item);
+
+    // It can no more answer than one that has just closed its window and not yet ended.
+    kill(*inspector, SIGSTOP);
+    EXPECT_TRUE(item->doAction());
+    kill(*inspector, SIGKILL);
+
+    EXPECT_TRUE(eventually([&] {
+        const auto windows = m_windows.titled("Web Inspector — apple.test — iphone");
+        return windows.size() == 1 && m_windows.process(windows.front()) != inspector;
+    })) << ::testing::PrintToString(inspectorTitles());
+    EXPECT_TRUE(eventually([this] { return frameHolds("Web Inspector", "Elements", 7); }));
+    EXPECT_TRUE(device().program().isRunning());
+}
+
+TEST_F(SafariOnTwoPages, LeavesAnInspectorClosedThatWasBroughtForwardBefore) {
+    openInspector(applePage);
+    openInspector(shopPage);
+    const auto window = m_windows.titled("Web Inspector — apple.test").front();
+    ASSERT_TRUE(press(applePage));
+    ASSERT_TRUE(eventually([&] { return m_windows.active() == window; }));
+    m_windows.close(window);
+    ASSERT_TRUE(eventually([this] { return inspectorTitles() == Titles{"Web Inspector — shop.test"}; }));
+
+    // One that came back by itself would be there by the time that a third one is.
+    device().open("page://news.test/");
+    const Titles newsPage{"Develop", deviceTitle, "news.test"};
+    ASSERT_TRUE(eventually([this] { return pages().size() == 3; }));
+    openInspector(newsPage);
+    ASSERT_TRUE(eventually([this] { return frameHolds("Web Inspector — news.test", "Elements", 7); }));
+
+    EXPECT_EQ(inspectorTitles(), (Titles{"Web Inspector — shop.test", "Web Inspector — news.test"}));
+}
+
 TEST_F(SafariOnTwoPages, TakesTheInspectorsWithItWhenKilled) {
     openInspector(applePage);
     openInspector(shopPage);
