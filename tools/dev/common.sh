@@ -74,6 +74,8 @@ configure_preset() {
   local folder=build/$preset
   if command -v ccache >/dev/null; then
     export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
+    # What the cache asks for where headers are precompiled.
+    export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
   fi
   if [[ $# -gt 0 || ! -f $folder/build.ninja || CMakePresets.json -nt $folder/build.ninja ]]; then
     cmake --preset "$preset" "$@"
