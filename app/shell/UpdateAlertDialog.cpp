@@ -37,7 +37,8 @@ int heightOf(const QString& text, const QFont& font) {
     document.setDefaultTextOption(wrapping);
     document.setPlainText(text);
     document.setTextWidth(textWidth);
-    return static_cast<int>(std::ceil(document.size().height()));
+    // The view that shows it counts a last line that ends with it as one that is cut.
+    return static_cast<int>(std::ceil(document.size().height())) + 1;
 }
 
 } // namespace

@@ -85,14 +85,13 @@ void WorkspaceEndToEnd::waitUntilRunning() {
 
 void WorkspaceEndToEnd::openTwoPagesAtOnce() {
     const auto button = onPage(u"Open two at once"_s);
-    ASSERT_TRUE(button);
     const auto menus = browserMenuBar();
-    ASSERT_TRUE(menus);
-    const int before = listedPages(*menus);
+    ASSERT_TRUE(button && menus);
+    const int before = listedPages(menus.value());
     // One look between the two would find a single new page, and attach to it.
     const DrivenCorvanta::Pause pause(m_corvanta);
-    ASSERT_TRUE(button->press());
-    ASSERT_TRUE(eventually([&] { return listedPages(*menus) == before + 2; })) << listedPages(*menus);
+    ASSERT_TRUE(button.value().press());
+    ASSERT_TRUE(eventually([&] { return listedPages(menus.value()) == before + 2; }));
 }
 
 std::string WorkspaceEndToEnd::shownTexts() const {

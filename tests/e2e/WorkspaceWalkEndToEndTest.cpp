@@ -206,7 +206,7 @@ protected:
 
     void quitsFromTheTray() {
         const QRect own(500, 90, 380, 640);
-        m_windows.place(m_windows.window(u"iP"_s)->id, own);
+        m_windows.place(m_windows.window(u"iP"_s).value().id, own);
         ASSERT_TRUE(eventually([&] { return hasFrame(u"iP"_s, own); })) << hasFrame(u"iP"_s, own).message();
         ASSERT_TRUE(m_tray.choose(u"Start Workspace"_s));
         ASSERT_TRUE(eventually([this] { return m_tray.menu().contains(u"Status: Running off"_s); }, startLimit))

@@ -45,9 +45,9 @@ std::vector<int> ButtonRows::columnWidths(std::size_t columns) const {
     // What is left over is shared out, the last column taking the remainder.
     const int left = width() - widthWith(columns);
     const int share = left / static_cast<int>(columns);
-    std::vector<int> widths;
+    std::vector<int> widths(columns);
     for (std::size_t column = 0; column < columns; ++column)
-        widths.push_back(columnWidth(column, columns) + share);
+        widths[column] = columnWidth(column, columns) + share;
     widths.back() += left - share * static_cast<int>(columns);
     return widths;
 }
