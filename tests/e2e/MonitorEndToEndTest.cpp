@@ -84,7 +84,6 @@ TEST_F(MonitorEndToEnd, FollowsThePageToTheOneThatItOpens) {
 
 TEST_F(MonitorEndToEnd, AsksWhichOfTwoNewPagesToInspect) {
     ASSERT_NO_FATAL_FAILURE(runOn());
-    ASSERT_TRUE(eventually([] { return onPage(u"Open two at once"_s).has_value(); }));
     ASSERT_NO_FATAL_FAILURE(openTwoPagesAtOnce());
     EXPECT_TRUE(eventually([this] { return m_corvanta.shows(u"Choose the newest Safari page"_s); }, attachLimit))
         << m_corvanta.output().constData();

@@ -84,14 +84,19 @@ void WorkspaceEndToEnd::waitUntilRunning() {
 }
 
 void WorkspaceEndToEnd::openTwoPagesAtOnce() {
-    const auto button = onPage(u"Open two at once"_s);
+    std::optional<Accessible> button;
+    const bool isShown = eventually([&] {
+        button = onPage(u"Open two at once"_s);
+        return button.has_value();
+    });
     const auto menus = browserMenuBar();
-    ASSERT_TRUE(button && menus);
-    const int before = listedPages(menus.value());
+    if (!isShown || !button || !menus)
+        FAIL() << "no page that opens two, or no browser that lists them";
+    const int before = listedPages(*menus);
     // One look between the two would find a single new page, and attach to it.
     const DrivenCorvanta::Pause pause(m_corvanta);
-    ASSERT_TRUE(button.value().press());
-    ASSERT_TRUE(eventually([&] { return listedPages(menus.value()) == before + 2; }));
+    ASSERT_TRUE(button->press());
+    ASSERT_TRUE(eventually([&menu = *menus, before] { return listedPages(menu) == before + 2; }));
 }
 
 std::string WorkspaceEndToEnd::shownTexts() const {

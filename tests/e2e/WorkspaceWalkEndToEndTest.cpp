@@ -190,8 +190,9 @@ protected:
         ASSERT_TRUE(eventually([this] { return m_announcements->heard({u"Deleted favorite"_s}); }));
         EXPECT_TRUE(eventually([this] { return !m_corvanta.isEnabled(u"Delete Shibuya crossing"_s); })) << shownTexts();
         EXPECT_TRUE(m_corvanta.isEnabled(u"Delete Office"_s)) << shownTexts();
-        const QByteArray kept = preferences().value(u"favoriteLocations"_s).toByteArray();
-        EXPECT_TRUE(kept.contains("Office") && !kept.contains("Shibuya")) << kept.constData();
+        const auto kept = [] { return preferences().value(u"favoriteLocations"_s).toByteArray(); };
+        EXPECT_TRUE(eventually([&] { return kept().contains("Office") && !kept().contains("Shibuya"); }))
+            << kept().constData();
     }
 
     void copiesItsVersion() {
@@ -206,7 +207,10 @@ protected:
 
     void quitsFromTheTray() {
         const QRect own(500, 90, 380, 640);
-        m_windows.place(m_windows.window(u"iP"_s).value().id, own);
+        const auto simulator = m_windows.window(u"iP"_s);
+        if (!simulator)
+            FAIL() << "the Simulator has gone";
+        m_windows.place(simulator->id, own);
         ASSERT_TRUE(eventually([&] { return hasFrame(u"iP"_s, own); })) << hasFrame(u"iP"_s, own).message();
         ASSERT_TRUE(m_tray.choose(u"Start Workspace"_s));
         ASSERT_TRUE(eventually([this] { return m_tray.menu().contains(u"Status: Running off"_s); }, startLimit))
