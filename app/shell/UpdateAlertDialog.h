@@ -20,7 +20,7 @@ Q_SIGNALS:
     void addressRequested(const corvanta::URL& address);
 
 private:
-    [[nodiscard]] QWidget* makeTitle(const QString& title);
+    /// Null where there is nothing to say.
     [[nodiscard]] QWidget* makeMessage(const QString& message);
     [[nodiscard]] QWidget* makeButtons(const UpdateAlertContent& content);
 };

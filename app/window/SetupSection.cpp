@@ -46,6 +46,8 @@ SetupSection::SetupSection(const SectionContext& context, QWidget* parent)
     m_layout = new QVBoxLayout;
     m_layout->setSpacing(0);
     card.rows().addLayout(m_layout);
+    // The last row brings space of its own along.
+    card.rows().setContentsMargins(12, 12, 12, 12 - CheckRow::space);
 
     connect(m_checkAgain, &QPushButton::clicked, this, [this] { m_tasks.start(m_coordinator.runSetupChecks()); });
     connect(&m_coordinator, &WorkspaceCoordinator::setupChecksChanged, this, &SetupSection::showChecks);

@@ -7,11 +7,15 @@
 #include "shell/AppIdentity.h"
 #include "shell/UpdateAlertDialog.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextLayout>
 
 #include <algorithm>
 
@@ -174,6 +178,30 @@ TEST_F(UpdateAlertPresenterTest, ShowsTheAlertAgainInTheNextWindow) {
     EXPECT_EQ(checker.presentedAlert(), UpdateAlert::upToDate());
     presenter.present();
     EXPECT_EQ(alerts().size(), 1U);
+}
+
+TEST_F(UpdateAlertPresenterTest, ShowsTheWholeOfAMessageThatFits) {
+    const QString longWord = QString(200, u'w');
+    for (const QString& message : {u"One line."_s, u"A line of the notes.\n"_s.repeated(7).trimmed(), longWord}) {
+        checker.setPresentedAlert(UpdateAlert::failed(message));
+        ASSERT_EQ(alerts().size(), 1U);
+        const auto* const view = alerts().front()->findChild<QPlainTextEdit*>();
+        EXPECT_EQ(view->verticalScrollBar()->maximum(), 0) << message.toStdString();
+        for (QTextBlock block = view->document()->begin(); block.isValid(); block = block.next()) {
+            // Asking for its place lays it out.
+            std::ignore = view->document()->documentLayout()->blockBoundingRect(block);
+            for (int line = 0; line < block.layout()->lineCount(); ++line)
+                EXPECT_LE(block.layout()->lineAt(line).naturalTextWidth(), view->viewport()->width());
+        }
+    }
+}
+
+TEST_F(UpdateAlertPresenterTest, LeavesNoRoomForNotesThatThereAreNot) {
+    UpdateManifest manifest = updateManifest();
+    manifest.releaseNotes.clear();
+    checker.setPresentedAlert(UpdateAlert::available(manifest));
+    ASSERT_EQ(alerts().size(), 1U);
+    EXPECT_EQ(alerts().front()->findChild<QPlainTextEdit*>(), nullptr);
 }
 
 TEST_F(UpdateAlertPresenterTest, KeepsLongNotesWithinTheScreen) {

@@ -151,6 +151,17 @@ TEST_F(WindowLayoutTest, HasTheWorkspaceButtonsInOneRowAt430AndInTwoBelow380) {
     EXPECT_THAT(rows(), ::testing::ElementsAre(Texts{"Start Workspace", "Open / Reload"}, Texts{"Re-tile", "Stop"}));
 }
 
+TEST_F(WindowLayoutTest, HasTheButtonsOfTwoRowsExactlyBelowEachOther) {
+    makeReady();
+    showView({379, 860});
+    const auto span = [this](const QString& text) {
+        const QRect place = button(view(), text)->geometry();
+        return std::pair(place.left(), place.right());
+    };
+    EXPECT_EQ(span(u"Re-tile"_s), span(u"Start Workspace"_s));
+    EXPECT_EQ(span(u"Stop"_s), span(u"Open / Reload"_s));
+}
+
 TEST_F(WindowLayoutTest, KeepsTheSubtitleOnOneLineAt430) {
     makeReady();
     showView();

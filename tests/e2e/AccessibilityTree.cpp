@@ -2,7 +2,6 @@
 #include "AccessibilityTree.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusReply>
@@ -17,21 +16,11 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int callLimit = 3000;
+constexpr unsigned focusedState = 12;
 constexpr unsigned sensitiveState = 24;
 constexpr unsigned showingState = 25;
 
 const QString accessibleInterface = u"org.a11y.atspi.Accessible"_s;
-
-/// The bus that the session says assistive technologies use; made anew for each test program.
-QDBusConnection accessibilityBus() {
-    static const QString name = u"accessibility"_s;
-    if (const QDBusConnection known(name); known.isConnected())
-        return known;
-    auto request =
-        QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s);
-    const QDBusReply<QString> address = QDBusConnection::sessionBus().call(request);
-    return QDBusConnection::connectToBus(address.value(), name);
-}
 
 /// A reference to an object of some program: its bus name and its path.
 std::optional<Accessible> reference(const QVariantList& reply) {
@@ -49,6 +38,16 @@ std::optional<Accessible> reference(const QVariantList& reply) {
 }
 
 } // namespace
+
+QDBusConnection accessibilityBus() {
+    static const QString name = u"accessibility"_s;
+    if (const QDBusConnection known(name); known.isConnected())
+        return known;
+    auto request =
+        QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s);
+    const QDBusReply<QString> address = QDBusConnection::sessionBus().call(request);
+    return QDBusConnection::connectToBus(address.value(), name);
+}
 
 Accessible::Accessible(QString busName, QString path)
     : m_busName(std::move(busName))
@@ -105,6 +104,10 @@ bool Accessible::isShowing() const {
     return hasState(showingState);
 }
 
+bool Accessible::isFocused() const {
+    return hasState(focusedState);
+}
+
 QString Accessible::text() const {
     const QVariantList interfaces = call(accessibleInterface, u"GetInterfaces"_s);
     if (interfaces.isEmpty() || !interfaces.front().toStringList().contains(u"org.a11y.atspi.Text"_s))
@@ -126,6 +129,11 @@ std::vector<Accessible> Accessible::children() const {
 
 bool Accessible::press() const {
     const QVariantList reply = call(u"org.a11y.atspi.Action"_s, u"DoAction"_s, {0});
+    return !reply.isEmpty() && reply.front().toBool();
+}
+
+bool Accessible::takeFocus() const {
+    const QVariantList reply = call(u"org.a11y.atspi.Component"_s, u"GrabFocus"_s);
     return !reply.isEmpty() && reply.front().toBool();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDBusConnection>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -24,12 +25,15 @@ public:
     [[nodiscard]] int processID() const;
     [[nodiscard]] bool isSensitive() const;
     [[nodiscard]] bool isShowing() const;
+    [[nodiscard]] bool isFocused() const;
     /// The text of a label or an entry.
     [[nodiscard]] QString text() const;
     [[nodiscard]] std::vector<Accessible> children() const;
 
     /// Performs the object's first action.
     bool press() const;
+    /// Gives the object the keyboard within its window.
+    bool takeFocus() const;
     /// Replaces the text of an entry.
     bool setText(const QString& text) const;
 
@@ -50,6 +54,9 @@ private:
     QString m_busName;
     QString m_path;
 };
+
+/// The bus that the session says assistive technologies use; made anew for each test program.
+[[nodiscard]] QDBusConnection accessibilityBus();
 
 /// The applications on the accessibility bus that carry the name.
 [[nodiscard]] std::vector<Accessible> applications(const QString& name);

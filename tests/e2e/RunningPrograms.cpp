@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QTimer>
 
+#include <csignal>
 #include <ranges>
 
 namespace corvanta::testing {
@@ -90,6 +91,21 @@ std::optional<int> DrivenCorvanta::quit() {
     return m_process.exitCode();
 }
 
+std::optional<int> DrivenCorvanta::exitCode() {
+    const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(10000);
+    return hasEnded && m_process.exitStatus() == QProcess::NormalExit ? std::optional(m_process.exitCode())
+                                                                      : std::nullopt;
+}
+
+DrivenCorvanta::Pause::Pause(const DrivenCorvanta& program)
+    : m_processID(program.processID()) {
+    ::kill(m_processID, SIGSTOP);
+}
+
+DrivenCorvanta::Pause::~Pause() {
+    ::kill(m_processID, SIGCONT);
+}
+
 const QByteArray& DrivenCorvanta::output() {
     m_output += m_process.readAllStandardOutput();
     return m_output;
@@ -112,21 +128,33 @@ bool DrivenCorvanta::shows(const QString& text) const {
     return texts().contains(text);
 }
 
-bool DrivenCorvanta::press(const QString& button) const {
+std::optional<Accessible> DrivenCorvanta::find(const QString& role, const QString& name) const {
     const auto frame = window();
-    const auto found = frame ? frame->find(u"push button"_s, button) : std::nullopt;
+    return frame ? frame->find(role, name) : std::nullopt;
+}
+
+bool DrivenCorvanta::press(const QString& button) const {
+    const auto found = find(u"push button"_s, button);
     return found && found->isSensitive() && found->press();
 }
 
 bool DrivenCorvanta::isEnabled(const QString& button) const {
-    const auto frame = window();
-    const auto found = frame ? frame->find(u"push button"_s, button) : std::nullopt;
+    const auto found = find(u"push button"_s, button);
+    return found && found->isSensitive();
+}
+
+bool DrivenCorvanta::choose(const QString& menuItem) const {
+    const auto found = find(u"menu item"_s, menuItem);
+    return found && found->isSensitive() && found->press();
+}
+
+bool DrivenCorvanta::isItemEnabled(const QString& menuItem) const {
+    const auto found = find(u"menu item"_s, menuItem);
     return found && found->isSensitive();
 }
 
 std::optional<Accessible> DrivenCorvanta::addressField() const {
-    const auto frame = window();
-    return frame ? frame->find(u"text"_s, u"Page address"_s) : std::nullopt;
+    return find(u"text"_s, u"Page address"_s);
 }
 
 std::optional<Accessible> DrivenCorvanta::devicePicker() const {
@@ -154,13 +182,24 @@ QString DrivenCorvanta::device() const {
     return picker ? picker->name() : QString();
 }
 
-bool pressOnPage(const QString& name) {
+std::optional<Accessible> onPage(const QString& name) {
     for (const Accessible& frame : frames(u"com.apple.iphonesimulator"_s)) {
-        const auto found = frame.find([&](const Accessible& object) { return object.name() == name; });
-        if (found && found->press())
-            return true;
+        if (auto found = frame.find([&](const Accessible& object) { return object.name() == name; }))
+            return found;
     }
-    return false;
+    return std::nullopt;
+}
+
+bool pressOnPage(const QString& name) {
+    const auto found = onPage(name);
+    return found && found->press();
+}
+
+QString clipboard() {
+    QProcess reader;
+    reader.start(QStringLiteral(CORVANTA_CLIPBOARD_READER), QStringList());
+    reader.waitForFinished(10'000);
+    return QString::fromUtf8(reader.readAllStandardOutput());
 }
 
 int sessionProcess(const QString& name) {

@@ -54,6 +54,22 @@ public:
     void start(const QStringList& arguments);
     /// Asks it to end and waits; the exit status, nothing when it did not end in time.
     std::optional<int> quit();
+    /// Waits until it has ended of its own accord; likewise.
+    [[nodiscard]] std::optional<int> exitCode();
+
+    /// Holds the program as it is, as if it had been given no time, for as long as this lives.
+    ///
+    /// It answers nobody meanwhile, so ask it nothing: neither it nor for a list of applications by name.
+    class Pause {
+    public:
+        explicit Pause(const DrivenCorvanta& program);
+        ~Pause();
+        Pause(const Pause&) = delete;
+        Pause& operator=(const Pause&) = delete;
+
+    private:
+        int m_processID;
+    };
 
     [[nodiscard]] int processID() const { return static_cast<int>(m_process.processId()); }
 
@@ -65,23 +81,31 @@ public:
     [[nodiscard]] bool shows(const QString& text) const;
     [[nodiscard]] bool press(const QString& button) const;
     [[nodiscard]] bool isEnabled(const QString& button) const;
+    /// Chooses an entry of its menu bar.
+    [[nodiscard]] bool choose(const QString& menuItem) const;
+    [[nodiscard]] bool isItemEnabled(const QString& menuItem) const;
     [[nodiscard]] bool typeAddress(const QString& address) const;
     [[nodiscard]] bool openDeviceList() const;
     /// The address in its field, and the device that the picker shows.
     [[nodiscard]] QString address() const;
     [[nodiscard]] QString device() const;
+    [[nodiscard]] std::optional<Accessible> addressField() const;
 
 private:
     [[nodiscard]] std::optional<Accessible> window() const;
-    [[nodiscard]] std::optional<Accessible> addressField() const;
+    [[nodiscard]] std::optional<Accessible> find(const QString& role, const QString& name) const;
     [[nodiscard]] std::optional<Accessible> devicePicker() const;
 
     QProcess m_process;
     QByteArray m_output;
 };
 
-/// Presses a button or a link of a page that a simulated device shows.
+/// A button or a link of a page that a simulated device shows.
+[[nodiscard]] std::optional<Accessible> onPage(const QString& name);
 [[nodiscard]] bool pressOnPage(const QString& name);
+
+/// The text on the desktop's clipboard, as another program reads it.
+[[nodiscard]] QString clipboard();
 
 /// The process that owns a name on the session bus, 0 when nobody does.
 [[nodiscard]] int sessionProcess(const QString& name);

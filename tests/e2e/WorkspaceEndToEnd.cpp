@@ -9,6 +9,27 @@ namespace corvanta::testing {
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+std::optional<Accessible> browserMenuBar() {
+    constexpr int depth = 3;
+    for (const Accessible& frame : frames(u"com.apple.Safari"_s)) {
+        if (auto found = frame.find([](const Accessible& object) { return object.role() == u"menu bar"; }, depth))
+            return found;
+    }
+    return std::nullopt;
+}
+
+/// How many pages of the sample site the menus list.
+int listedPages(const Accessible& menu) {
+    int count = menu.role() == u"menu item" && menu.name().startsWith(u"127.0.0.1") ? 1 : 0;
+    for (const Accessible& child : menu.children())
+        count += listedPages(child);
+    return count;
+}
+
+} // namespace
+
 QRect onScreen(const Rect& column, const QRect& workArea) {
     const double top = workArea.y() + workArea.height() - column.maxY();
     return QRectF(column.x, top, column.width, column.height).toRect();
@@ -60,6 +81,22 @@ void WorkspaceEndToEnd::startAndWait() {
 
 void WorkspaceEndToEnd::waitUntilRunning() {
     ASSERT_TRUE(eventually([this] { return m_corvanta.shows(u"Workspace running"_s); }, startLimit)) << shownTexts();
+}
+
+void WorkspaceEndToEnd::openTwoPagesAtOnce() {
+    std::optional<Accessible> button;
+    const bool isShown = eventually([&] {
+        button = onPage(u"Open two at once"_s);
+        return button.has_value();
+    });
+    const auto menus = browserMenuBar();
+    if (!isShown || !button || !menus)
+        FAIL() << "no page that opens two, or no browser that lists them";
+    const int before = listedPages(*menus);
+    // One look between the two would find a single new page, and attach to it.
+    const DrivenCorvanta::Pause pause(m_corvanta);
+    ASSERT_TRUE(button->press());
+    ASSERT_TRUE(eventually([&menu = *menus, before] { return listedPages(menu) == before + 2; }));
 }
 
 std::string WorkspaceEndToEnd::shownTexts() const {

@@ -43,6 +43,10 @@ protected:
     void startAndWait();
     void waitUntilRunning();
 
+    /// Opens two more pages on the sample page that the device shows, such that the program, which looks again and
+    /// again, finds both of them new at one look.
+    void openTwoPagesAtOnce();
+
     [[nodiscard]] std::string shownTexts() const;
 
     [[nodiscard]] ::testing::AssertionResult hasFrame(const QString& titleBeginning, const QRect& expected) const;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Renders the control window in every state that it has, light and dark, at the scale of QT_SCALE_FACTOR.
+// Renders the control window in every state that it has, and the alerts about updates, light, dark and of high
+// contrast, at the scale of QT_SCALE_FACTOR.
 #include "Scene.h"
+#include "shell/UpdateAlertDialog.h"
 #include "window/Appearance.h"
 #include "window/WorkspaceView.h"
 
@@ -14,6 +16,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <vector>
@@ -52,7 +55,7 @@ void fillEverything(Scene& scene) {
     scene.coordinator->saveFavorite();
 }
 
-std::vector<State> states() {
+std::vector<State> allStates() {
     return {
         {u"setup-incomplete"_s,
          [](Scene& scene) {
@@ -103,9 +106,40 @@ std::vector<State> states() {
              scene.prepare();
          },
          QSize(430, 860), false, u"Shibuya crossing"_s},
+        {u"one-row"_s, [](Scene& scene) { scene.run(1); }, QSize(430, 860)},
+        {u"two-rows"_s, [](Scene& scene) { scene.run(1); }, QSize(379, 860)},
         {u"narrow"_s, fillEverything, QSize(300, 480)},
         {u"narrow-whole"_s, fillEverything, QSize(300, 480), true},
         {u"wide"_s, fillEverything, QSize(700, 900)},
+    };
+}
+
+struct NamedAlert {
+    QString name;
+    UpdateAlert alert;
+};
+
+std::vector<NamedAlert> allAlerts() {
+    const auto available = [](const QString& releaseNotes) {
+        return UpdateAlert::available(
+            {.version = u"2.1.0"_s,
+             .build = 34,
+             .downloadURL = URL::parse(u"https://corvanta.example/Corvanta-2.1.0.deb").value_or(URL()),
+             .releaseNotes = releaseNotes,
+             .sha256 = QString(64, u'a')});
+    };
+    const QString notes = u"Devices with similar names are told apart.\n"
+                          "An inspector that was closed by accident comes back to its place.\n"
+                          "The workspace starts up to two seconds sooner on devices that are booted already."_s;
+    return {
+        {u"alert-available"_s, available(notes)},
+        {u"alert-available-brief"_s, available(u"Mends the tiling of small screens."_s)},
+        {u"alert-available-long"_s, available(QStringList(12, notes).join(u"\n\n"_s))},
+        {u"alert-available-silent"_s, available({})},
+        {u"alert-up-to-date"_s, UpdateAlert::upToDate()},
+        {u"alert-failed"_s,
+         UpdateAlert::failed(u"The update information is not available yet. Please try again later."_s)},
+        {u"alert-failed-long"_s, UpdateAlert::failed(longError)},
     };
 }
 
@@ -162,6 +196,36 @@ bool renderPicker(const QString& file) {
     return isSaved;
 }
 
+bool renderAlert(const UpdateAlert& alert, const QString& file) {
+    UpdateAlertDialog dialog(updateAlertContent(alert, u"Corvanta 2.0.1 (31)"_s), nullptr);
+    dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+    dialog.show();
+    QApplication::setActiveWindow(&dialog);
+    QCoreApplication::processEvents();
+    return dialog.grab().save(file);
+}
+
+bool renderLook(const QString& look, const QDir& folder) {
+    const QString scale = QString::number(qApp->devicePixelRatio());
+    const auto file = [&](const QString& name) { return folder.filePath(u"%1-%2@%3x.png"_s.arg(name, look, scale)); };
+    QApplication::setPalette(paletteFor(look));
+    const auto isSaved = [&](const QString& name, const auto& renderTo) {
+        const bool isWritten = renderTo(file(name));
+        std::fprintf(isWritten ? stdout : stderr, "%s%s\n", qUtf8Printable(file(name)),
+                     isWritten ? "" : ": cannot be written");
+        return isWritten;
+    };
+    const auto states = allStates();
+    const auto alerts = allAlerts();
+    return std::ranges::all_of(states,
+                               [&](const State& state) {
+                                   return isSaved(state.name, [&](const QString& path) { return render(state, path); });
+                               }) &&
+           isSaved(u"picker"_s, renderPicker) && std::ranges::all_of(alerts, [&](const NamedAlert& alert) {
+               return isSaved(alert.name, [&](const QString& path) { return renderAlert(alert.alert, path); });
+           });
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -174,18 +238,8 @@ int main(int argc, char** argv) {
     if (!folder.mkpath(u"."_s))
         return 73;
     corvanta::applyAppearance(application);
-    const QString scale = QString::number(application.devicePixelRatio());
     for (const QString& look : {u"light"_s, u"dark"_s, u"contrast"_s}) {
-        QApplication::setPalette(paletteFor(look));
-        for (const State& state : states()) {
-            const QString file = folder.filePath(u"%1-%2@%3x.png"_s.arg(state.name, look, scale));
-            if (!render(state, file)) {
-                std::fprintf(stderr, "%s: cannot be written\n", qUtf8Printable(file));
-                return 73;
-            }
-            std::printf("%s\n", qUtf8Printable(file));
-        }
-        if (!renderPicker(folder.filePath(u"picker-%1@%2x.png"_s.arg(look, scale))))
+        if (!renderLook(look, folder))
             return 73;
     }
     return 0;

@@ -10,8 +10,8 @@ verb_screenshots() {
         cat <<'TEXT'
 usage: ./dev screenshots [--preset dev|release|asan]
 
-Installs what is missing, builds, and renders the control window in every state that it has, light, dark and of high
-contrast, at 1x and 2x, to build/screenshots. It shows nothing on your screen.
+Installs what is missing, builds, and renders the control window in every state that it has, and the alerts about updates,
+light, dark and of high contrast, at 1x and 2x, to build/screenshots. It shows nothing on your screen.
 TEXT
         return
         ;;

@@ -11,7 +11,8 @@ namespace corvanta {
 /// Call it in the widget's constructor.
 void setAccessibleRole(QWidget& widget, QAccessible::Role role);
 
-/// Has `text` read out as news: the widget's name becomes it, and an alert points to it.
+/// Has `text` read out as news, unless it is the widget's name already: the name becomes it, and whoever reads the
+/// screen out is told to say it whatever has the focus. An empty text is no news.
 void announce(QWidget& widget, const QString& text);
 
 } // namespace corvanta

@@ -27,15 +27,33 @@ ButtonRows::ButtonRows(std::vector<QPushButton*> buttons, QWidget* parent)
     setSizePolicy(policy);
 }
 
-int ButtonRows::widthOf(std::size_t first, std::size_t count) const {
-    int width = -spacing;
-    for (std::size_t index = first; index < std::min(first + count, m_buttons.size()); ++index)
-        width += m_buttons[index]->sizeHint().width() + spacing;
+int ButtonRows::columnWidth(std::size_t column, std::size_t columns) const {
+    int width = 0;
+    for (std::size_t index = column; index < m_buttons.size(); index += columns)
+        width = std::max(width, m_buttons[index]->sizeHint().width());
     return width;
 }
 
+int ButtonRows::widthWith(std::size_t columns) const {
+    int width = -spacing;
+    for (std::size_t column = 0; column < columns; ++column)
+        width += columnWidth(column, columns) + spacing;
+    return width;
+}
+
+std::vector<int> ButtonRows::columnWidths(std::size_t columns) const {
+    // What is left over is shared out, the last column taking the remainder.
+    const int left = width() - widthWith(columns);
+    const int share = left / static_cast<int>(columns);
+    std::vector<int> widths(columns);
+    for (std::size_t column = 0; column < columns; ++column)
+        widths[column] = columnWidth(column, columns) + share;
+    widths.back() += left - share * static_cast<int>(columns);
+    return widths;
+}
+
 std::size_t ButtonRows::columnsFor(int width) const {
-    return width >= widthOf(0, m_buttons.size()) ? m_buttons.size() : (m_buttons.size() + 1) / 2;
+    return width >= widthWith(m_buttons.size()) ? m_buttons.size() : (m_buttons.size() + 1) / 2;
 }
 
 int ButtonRows::buttonHeight() const {
@@ -52,31 +70,30 @@ int ButtonRows::heightForWidth(int width) const {
 }
 
 QSize ButtonRows::sizeHint() const {
-    return {widthOf(0, m_buttons.size()), buttonHeight()};
+    return {widthWith(m_buttons.size()), buttonHeight()};
 }
 
 QSize ButtonRows::minimumSizeHint() const {
-    const std::size_t columns = (m_buttons.size() + 1) / 2;
-    return {std::max(widthOf(0, columns), widthOf(columns, columns)), buttonHeight()};
+    return {widthWith((m_buttons.size() + 1) / 2), buttonHeight()};
 }
 
 void ButtonRows::place() {
     const std::size_t columns = columnsFor(width());
+    const std::vector<int> widths = columnWidths(columns);
     const int height = buttonHeight();
-    for (std::size_t first = 0; first < m_buttons.size(); first += columns) {
-        const std::size_t end = std::min(first + columns, m_buttons.size());
-        // What is left over is shared out, the last button taking the remainder.
-        const int count = static_cast<int>(end - first);
-        const int left = width() - widthOf(first, columns);
-        const int top = static_cast<int>(first / columns) * (height + spacing);
-        int x = 0;
-        for (std::size_t index = first; index < end; ++index) {
-            const int share = index + 1 == end ? width() - x - m_buttons[index]->sizeHint().width() : left / count;
-            const int buttonWidth = m_buttons[index]->sizeHint().width() + share;
-            const QRect place(x, top, buttonWidth, height);
-            m_buttons[index]->setGeometry(QStyle::visualRect(layoutDirection(), rect(), place));
-            x += buttonWidth + spacing;
+    int top = 0;
+    int x = 0;
+    for (std::size_t index = 0; index < m_buttons.size(); ++index) {
+        const std::size_t column = index % columns;
+        if (column == 0 && index > 0) {
+            top += height + spacing;
+            x = 0;
         }
+        // A row that is not full ends where the others end.
+        const int buttonWidth = index + 1 == m_buttons.size() ? width() - x : widths[column];
+        m_buttons[index]->setGeometry(
+            QStyle::visualRect(layoutDirection(), rect(), QRect(x, top, buttonWidth, height)));
+        x += buttonWidth + spacing;
     }
 }
 

@@ -9,8 +9,8 @@ class QPushButton;
 
 namespace corvanta {
 
-/// Buttons in one row where they fit and in two rows where they do not, in the same order, together as wide as the
-/// card.
+/// Buttons in one row where they fit and in two rows where they do not, in the same order, each below another as wide
+/// as that one and together as wide as the card.
 class ButtonRows final : public QWidget {
     Q_OBJECT
 
@@ -31,7 +31,9 @@ protected:
 
 private:
     void place();
-    [[nodiscard]] int widthOf(std::size_t first, std::size_t count) const;
+    [[nodiscard]] int columnWidth(std::size_t column, std::size_t columns) const;
+    [[nodiscard]] int widthWith(std::size_t columns) const;
+    [[nodiscard]] std::vector<int> columnWidths(std::size_t columns) const;
     [[nodiscard]] std::size_t columnsFor(int width) const;
     [[nodiscard]] int buttonHeight() const;
 

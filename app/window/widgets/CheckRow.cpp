@@ -61,7 +61,7 @@ CheckRow::CheckRow(Position position, QWidget* parent)
     , m_button(makeSmallButton({})) {
     setAccessibleRole(*this, QAccessible::ListItem);
     auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 6, 0, 6);
+    row->setContentsMargins(0, space, 0, space);
     row->setSpacing(10);
     row->addWidget(m_state);
     auto* const texts = new QVBoxLayout;

@@ -19,6 +19,9 @@ class CheckRow final : public QWidget {
 public:
     enum class Position { first, further };
 
+    /// Above and below its texts.
+    static constexpr int space = 6;
+
     explicit CheckRow(Position position, QWidget* parent = nullptr);
 
     void showCheck(const SetupCheck& check);
