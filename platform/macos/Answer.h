@@ -17,31 +17,30 @@ template<typename T>
 class Answer {
 public:
     Answer()
-        : m_promise(std::make_shared<QPromise<T>>()) {
+        : m_promise(std::make_shared<QPromise<void>>())
+        , m_value(std::make_shared<std::optional<T>>()) {
         m_promise->start();
     }
 
-    /// What the callback calls, once.
+    /// What the callback calls, once, on the main thread.
     void give(T value) const {
-        m_promise->addResult(std::move(value));
+        *m_value = std::move(value);
         m_promise->finish();
     }
 
-    /// Nothing when the callback was thrown away without being called. Takes the answer along, so that only callbacks
-    /// keep it alive.
+    /// Nothing when the callback was thrown away without being called: only callbacks keep the promise alive.
     [[nodiscard]] QCoro::Task<std::optional<T>> wait() && {
-        return waitFor(std::exchange(m_promise, nullptr)->future());
+        return waitFor(std::exchange(m_promise, nullptr)->future(), m_value);
     }
 
 private:
-    static QCoro::Task<std::optional<T>> waitFor(QFuture<T> future) {
-        co_await qCoro(future).waitForFinished();
-        if (!future.isResultReadyAt(0))
-            co_return std::nullopt;
-        co_return future.result();
+    static QCoro::Task<std::optional<T>> waitFor(QFuture<void> future, std::shared_ptr<std::optional<T>> value) {
+        co_await future;
+        co_return std::optional<T>(*value);
     }
 
-    std::shared_ptr<QPromise<T>> m_promise;
+    std::shared_ptr<QPromise<void>> m_promise;
+    std::shared_ptr<std::optional<T>> m_value;
 };
 
 } // namespace corvanta
