@@ -163,16 +163,18 @@ def run_sources(layer, precompiled):
 def newest_change():
     """When one of the files changed last that the program is made of."""
     folders = [HERE, LAYER, ROOT / "platform/seam", ROOT / "core", ROOT / "app/safari", ROOT / "tests/support"]
-    return max(path.stat().st_mtime for folder in folders for path in folder.rglob("*.*") if path.is_file())
+    files = (path for folder in folders for path in folder.rglob("*") if path.suffix in (".h", ".cpp", ".mm"))
+    return max(path.stat().st_mtime for path in files)
 
 
-def build_program(folder, layer=None):
+def build_program(folder, layer=None, name="CorvantaMacLayerTests"):
     """Builds the program that runs the layer on the doubles, and returns its path. What is not changed is kept."""
     if platform.machine() != "x86_64":
         raise Failure("the runtime of the check runs on x86-64 alone")
     folder = pathlib.Path(folder)
     folder.mkdir(parents=True, exist_ok=True)
-    layer = layer or [path for path in layer_sources() if path.name != "MacPlatform.cpp"]
+    # The one function that makes the platform runs nothing of its own.
+    layer = [path for path in layer or layer_sources() if path.name != "MacPlatform.cpp"]
     newest = newest_change()
 
     def object_of(source):
@@ -192,16 +194,22 @@ def build_program(folder, layer=None):
         run([COMPILER, *RUN_FLAGS, *COMMON, *header, "-o", precompiled])
     sources = run_sources(layer, precompiled)
     in_parallel(compile_one, sources)
-    program = folder / "CorvantaMacLayerTests"
+    program = folder / name
     link = [COMPILER, "-fsanitize=address,undefined", "-fuse-ld=lld-19", *(object_of(source) for source, _ in sources)]
     run([*link, *LINKED, "-o", program])
     return program
 
 
+def runtime_folder(parent):
+    folder = parent / "runtime"
+    folder.mkdir(mode=0o700, exist_ok=True)
+    return folder
+
+
 def run_program(program, arguments=()):
     environment = {
         **os.environ,
-        "XDG_RUNTIME_DIR": str(program.parent),
+        "XDG_RUNTIME_DIR": str(runtime_folder(program.parent)),
         "ASAN_OPTIONS": "detect_stack_use_after_return=1",
         "LSAN_OPTIONS": f"suppressions={ROOT / 'tools/leaks.supp'}:print_suppressions=0",
         "UBSAN_OPTIONS": "print_stacktrace=1",
