@@ -78,6 +78,11 @@ void CorvantaApp::connectParts() {
     connect(&m_terminationSignals, &TerminationSignals::terminationRequested, this, &CorvantaApp::leaveEarly);
     connect(&m_menuBarExtra.menu(), &MenuBarContentView::openRequested, this, &CorvantaApp::openWindow);
     connect(&m_menuBarExtra.menu(), &MenuBarContentView::quitRequested, this, &CorvantaApp::leaveEarly);
+    // The system may end the program by ways of its own, such as the Dock's menu or a logout.
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [this] {
+        if (!m_isLeaving)
+            m_coordinator.stopWorkspace();
+    });
 }
 
 void CorvantaApp::start() {

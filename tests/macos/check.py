@@ -22,8 +22,10 @@ import re
 import sys
 import time
 
-import compiling
-from compiling import Failure, say
+sys.dont_write_bytecode = True
+
+import compiling  # noqa: E402
+from compiling import Failure, say  # noqa: E402
 
 SKIPPED = 77  # What CTest takes for a test that was skipped.
 

@@ -2,6 +2,7 @@
 """How the sources of the macOS layer are compiled on Linux: for a Mac without making anything, and for running here."""
 
 import concurrent.futures
+import functools
 import hashlib
 import os
 import pathlib
@@ -160,8 +161,9 @@ def run_sources(layer, precompiled):
     )
 
 
+@functools.cache
 def newest_change():
-    """When one of the files changed last that the program is made of."""
+    """When one of the files changed last that the program is made of; what changes later is not part of this run."""
     folders = [HERE, LAYER, ROOT / "platform/seam", ROOT / "core", ROOT / "app/safari", ROOT / "tests/support"]
     files = (path for folder in folders for path in folder.rglob("*") if path.suffix in (".h", ".cpp", ".mm"))
     return max(path.stat().st_mtime for path in files)

@@ -5,9 +5,10 @@
 #include "MacLayerTest.h"
 #include "MacPreferencesStore.h"
 #include "NativeError.h"
+#include "SingleInstance.h"
 #include "safari/AXSupport.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QWidget>
 
 #include <thread>
@@ -119,6 +120,25 @@ TEST_F(MacDesktopTest, PlacesTheControlWindowWithItsDecorationsAnimated) {
     [window setScreen:NSScreen.mainScreen];
     EXPECT_EQ(control->screen(), (Screen{{0, 0, 1600, 1000}, {0, 80, 1600, 895}}));
     setNativeView(widget, nil);
+}
+
+TEST_F(MacDesktopTest, OpensAgainWhenItIsActivatedWithoutAWindow) {
+    const auto instance = makeSingleInstance();
+    EXPECT_EQ(instance->claim({u"Corvanta"_s}), SingleInstance::Standing::alone);
+    int openings = 0;
+    instance->setOpenedHandler([&](const QStringList& arguments) { openings += arguments.size() == 1 ? 1 : 100; });
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
+    EXPECT_EQ(openings, 0);
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    EXPECT_EQ(openings, 1);
+    QWidget window;
+    window.show();
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    EXPECT_EQ(openings, 1);
+    window.hide();
+    instance->release();
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    EXPECT_EQ(openings, 1);
 }
 
 TEST_F(MacDesktopTest, KeepsPreferencesAsDataValues) {

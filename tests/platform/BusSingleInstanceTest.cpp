@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "shell/SingleInstance.h"
+#include "BusSingleInstance.h"
 
 #include "TaskWaiting.h"
 
@@ -20,7 +20,7 @@ namespace {
 
 /// Programs that come one after the other on a bus of the test's own. Each is a connection, as it would be for
 /// processes.
-class SingleInstanceTest : public ::testing::Test {
+class BusSingleInstanceTest : public ::testing::Test {
 protected:
     void SetUp() override {
         m_daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
@@ -48,7 +48,7 @@ protected:
         std::atomic<bool> isDone = false;
         std::optional<SingleInstance::Standing> standing;
         std::thread other([&] {
-            SingleInstance instance(bus);
+            BusSingleInstance instance(bus);
             standing = instance.claim(arguments);
             isDone = true;
         });
@@ -63,33 +63,32 @@ private:
     QStringList m_connections;
 };
 
-TEST_F(SingleInstanceTest, GoesOnWhereItIsTheFirst) {
-    SingleInstance first(connection());
+TEST_F(BusSingleInstanceTest, GoesOnWhereItIsTheFirst) {
+    BusSingleInstance first(connection());
     EXPECT_EQ(first.claim({u"Corvanta"_s}), SingleInstance::Standing::alone);
 }
 
-TEST_F(SingleInstanceTest, HandsItsArgumentsToTheFirst) {
-    SingleInstance first(connection());
+TEST_F(BusSingleInstanceTest, HandsItsArgumentsToTheFirst) {
+    BusSingleInstance first(connection());
     ASSERT_EQ(first.claim({u"Corvanta"_s}), SingleInstance::Standing::alone);
     QList<QStringList> handed;
-    QObject::connect(&first, &SingleInstance::opened, &first,
-                     [&](const QStringList& arguments) { handed.append(arguments); });
+    first.setOpenedHandler([&](const QStringList& arguments) { handed.append(arguments); });
     const QStringList arguments{u"Corvanta"_s, u"--url"_s, u"localhost:3000/ä b"_s, u""_s, u"--start"_s};
     EXPECT_EQ(standingOfAnother(arguments), SingleInstance::Standing::handedOver);
     EXPECT_EQ(handed, QList<QStringList>{arguments});
 }
 
-TEST_F(SingleInstanceTest, IsTheFirstAgainOnceTheOtherHasLeft) {
-    SingleInstance first(connection());
+TEST_F(BusSingleInstanceTest, IsTheFirstAgainOnceTheOtherHasLeft) {
+    BusSingleInstance first(connection());
     ASSERT_EQ(first.claim({u"Corvanta"_s}), SingleInstance::Standing::alone);
     first.release();
     EXPECT_EQ(standingOfAnother({u"Corvanta"_s}), SingleInstance::Standing::alone);
 }
 
-TEST_F(SingleInstanceTest, LeavesTheNameWithItsOwner) {
+TEST_F(BusSingleInstanceTest, LeavesTheNameWithItsOwner) {
     const QDBusConnection bus = connection();
     {
-        SingleInstance first(bus);
+        BusSingleInstance first(bus);
         ASSERT_EQ(first.claim({u"Corvanta"_s}), SingleInstance::Standing::alone);
         EXPECT_TRUE(bus.interface()->isServiceRegistered(u"dev.corvanta.Corvanta"_s));
         EXPECT_EQ(standingOfAnother({u"Corvanta"_s}), SingleInstance::Standing::handedOver);
@@ -98,15 +97,15 @@ TEST_F(SingleInstanceTest, LeavesTheNameWithItsOwner) {
     EXPECT_FALSE(bus.interface()->isServiceRegistered(u"dev.corvanta.Corvanta"_s));
 }
 
-TEST_F(SingleInstanceTest, SaysThatAFirstOneDoesNotAnswer) {
+TEST_F(BusSingleInstanceTest, SaysThatAFirstOneDoesNotAnswer) {
     // Whoever has the name without the object knows nothing of the call.
     QDBusConnection stranger = connection();
     ASSERT_TRUE(stranger.registerService(u"dev.corvanta.Corvanta"_s));
     EXPECT_EQ(standingOfAnother({u"Corvanta"_s}), SingleInstance::Standing::unanswered);
 }
 
-TEST(SingleInstance, SimplyGoesOnWithoutABus) {
-    SingleInstance instance{QDBusConnection(u"no such connection"_s)};
+TEST(BusSingleInstance, SimplyGoesOnWithoutABus) {
+    BusSingleInstance instance{QDBusConnection(u"no such connection"_s)};
     EXPECT_EQ(instance.claim({u"Corvanta"_s}), SingleInstance::Standing::alone);
 }
 

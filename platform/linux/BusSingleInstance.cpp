@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "shell/SingleInstance.h"
+#include "BusSingleInstance.h"
 
 #include <QDBusError>
 #include <QDBusMessage>
@@ -21,15 +21,14 @@ constexpr int attempts = 3;
 
 } // namespace
 
-SingleInstance::SingleInstance(QDBusConnection bus, QObject* parent)
-    : QObject(parent)
-    , m_bus(std::move(bus)) {}
+BusSingleInstance::BusSingleInstance(QDBusConnection bus)
+    : m_bus(std::move(bus)) {}
 
-SingleInstance::~SingleInstance() {
-    release();
+BusSingleInstance::~BusSingleInstance() {
+    giveNameUp();
 }
 
-SingleInstance::Standing SingleInstance::claim(const QStringList& arguments) {
+SingleInstance::Standing BusSingleInstance::claim(const QStringList& arguments) {
     if (!m_bus.isConnected())
         return Standing::alone;
     // First the object and then the name: whoever finds the name finds the object.
@@ -55,15 +54,23 @@ SingleInstance::Standing SingleInstance::claim(const QStringList& arguments) {
     return Standing::unanswered;
 }
 
-void SingleInstance::release() {
+void BusSingleInstance::release() {
+    giveNameUp();
+}
+
+void BusSingleInstance::giveNameUp() {
     if (!std::exchange(m_hasName, false))
         return;
     m_bus.unregisterService(busName);
     m_bus.unregisterObject(objectPath);
 }
 
-void SingleInstance::Open(const QStringList& arguments) {
-    Q_EMIT opened(arguments);
+void BusSingleInstance::Open(const QStringList& arguments) {
+    tellOpened(arguments);
+}
+
+std::unique_ptr<SingleInstance> makeSingleInstance() {
+    return std::make_unique<BusSingleInstance>();
 }
 
 } // namespace corvanta
