@@ -141,6 +141,8 @@ std::string NameFolding::foldTyped(const QString& text) const {
             words.appendASCII(static_cast<char>(character));
         else if (const std::byte* const entry = find(character))
             words.append(replacement(entry));
+        else if (const std::byte* const lower = find(QChar::toLower(character)))
+            words.append(replacement(lower));
         else
             words.append(foldUnknown(character));
     }
