@@ -86,7 +86,7 @@ TEST_F(InstalledGazetteer, KnowsEachWordOfEachNameInTheOrderThatTheSearchExpects
 
 TEST_F(InstalledGazetteer, FindsEveryKindOfSpelling) {
     for (const QString& text :
-         {u"munich"_s, u"münchen"_s, u"munchen"_s, u"muenchen"_s, u"MÜNCHEN"_s, u"monaco di bav"_s})
+         {u"munich"_s, u"münchen"_s, u"munchen"_s, u"muenchen"_s, u"MÜNCHEN"_s, u"мюнхен"_s})
         EXPECT_EQ(first(text), "Munich, Bavaria, Germany") << text.toStdString();
     EXPECT_EQ(first(u"köln"_s), "Köln, North Rhine-Westphalia, Germany");
     EXPECT_EQ(first(u"koeln"_s), "Köln, North Rhine-Westphalia, Germany");
@@ -118,7 +118,7 @@ TEST_F(InstalledGazetteer, NamesTheTownsOfARegionForAMap) {
                                 names.push_back(gazetteer().name(index).toStdString());
                                 return true;
                             });
-    EXPECT_THAT(names, ElementsAre("Barcelona", "Sant Martí", "Eixample"));
+    EXPECT_THAT(names, ElementsAre("Barcelona", "Eixample", "L'Hospitalet de Llobregat"));
 }
 
 } // namespace

@@ -132,7 +132,7 @@ void GazetteerBuilder::addWordStarts() {
         starts.emplace_back(name, place * 64);
         addLaterWords(name, place, 1);
         std::uint32_t alternative = 8;
-        std::uint32_t laterWord = 40;
+        std::uint32_t laterWord = 56;
         for (const QString& text : m_places[place].alternatives) {
             starts.emplace_back(text.toStdString(), place * 64 + alternative++);
             laterWord = addLaterWords(text.toStdString(), place, laterWord);
