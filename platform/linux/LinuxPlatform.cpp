@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "AtspiAccessibilityClient.h"
-#include "CoordinatePlaceSearch.h"
+#include "DataFolder.h"
 #include "LabCommandRunner.h"
 #include "LinuxDesktop.h"
+#include "LinuxPlaceSearch.h"
 #include "Platform.h"
 #include "SettingsPreferencesStore.h"
 #include "X11ControlWindow.h"
@@ -57,7 +58,8 @@ private:
     LabFolder m_lab;
     SystemClock m_clock;
     SettingsPreferencesStore m_preferences;
-    CoordinatePlaceSearch m_placeSearch;
+    LinuxPlaceSearch m_placeSearch{dataFile(QStringLiteral("places/places.gazetteer")),
+                                   placeSearchAddress(m_preferences), m_clock};
     X11Windows m_windows;
     X11Screens m_screens{m_windows};
     AtspiAccessibilityClient m_accessibility{m_windows, [this] { return m_screens.primaryOrigin(); }};
