@@ -3,8 +3,10 @@
 #include "CoordinatePlaceSearch.h"
 #include "LabCommandRunner.h"
 #include "LinuxDesktop.h"
+#include "MapSetup.h"
 #include "Platform.h"
 #include "SettingsPreferencesStore.h"
+#include "WidgetMapSurface.h"
 #include "X11ControlWindow.h"
 #include "X11Screens.h"
 #include "X11Windows.h"
@@ -42,6 +44,15 @@ public:
 
     [[nodiscard]] PlaceSearch& placeSearch() override { return m_placeSearch; }
 
+    [[nodiscard]] std::unique_ptr<MapSurface> makeMapSurface(QWidget& parent) override {
+        // Not before somebody looks at a map. Without the file there is land everywhere.
+        if (!m_baseMap)
+            m_baseMap = BaseMap::open(MapSetup::baseMapFile());
+        return std::make_unique<WidgetMapSurface>(
+            MapSources{.baseMap = m_baseMap.get(), .labels = nullptr, .tiles = MapSetup::tileOptions(m_preferences)},
+            parent);
+    }
+
     [[nodiscard]] std::unique_ptr<CommandRunning> makeCommandRunner() override {
         return std::make_unique<LabCommandRunner>(std::make_unique<FoundationProcessRunner>(), m_lab);
     }
@@ -58,6 +69,7 @@ private:
     SystemClock m_clock;
     SettingsPreferencesStore m_preferences;
     CoordinatePlaceSearch m_placeSearch;
+    std::unique_ptr<BaseMap> m_baseMap;
     X11Windows m_windows;
     X11Screens m_screens{m_windows};
     AtspiAccessibilityClient m_accessibility{m_windows, [this] { return m_screens.primaryOrigin(); }};
