@@ -128,6 +128,34 @@ const range = (points, axis, grid) => {
   return [bounded(low), bounded(high)];
 };
 
+/**
+ * The same points without jumps at the date line, in the copies of them that reach into the world. A ring that does
+ * not close runs around a pole, and is closed beyond it.
+ */
+function unwrapped(points, closed) {
+  const whole = [];
+  let turns = 0;
+  points.forEach(([longitude, latitude], index) => {
+    if (index > 0) turns -= Math.round((longitude - points[index - 1][0]) / 360);
+    const [x, y] = project([longitude, latitude]);
+    whole.push([x + turns, y]);
+  });
+  if (closed) {
+    const gap = whole.at(-1)[0] - whole[0][0];
+    const pole = whole[0][1] > 0.5 ? 2 : -1;
+    if (Math.abs(gap) > 0.5) whole.push([whole.at(-1)[0], pole], [whole[0][0], pole]);
+    else whole.pop();
+  }
+  const [low, high] = range.extent(whole);
+  const copies = [];
+  for (let shift = -Math.ceil(high - 1e-9); shift <= -Math.floor(low); shift += 1) {
+    if (low + shift < 1 && high + shift > 0) copies.push(whole.map(([x, y]) => [x + shift, y]));
+  }
+  return copies;
+}
+
+range.extent = (points) => points.reduce(([low, high], [x]) => [Math.min(low, x), Math.max(high, x)], [Infinity, -Infinity]);
+
 /** Calls `place(column, row, part)` with what of the points lies in each tile of the grid. */
 function slice(points, grid, clip, place) {
   const [left, right] = range(points, 0, grid);
@@ -216,16 +244,19 @@ function tilesOf(level) {
   const rings = (kind, geometry) => {
     for (const polygon of polygons(geometry)) {
       for (const ring of polygon) {
-        const open = ring.slice(0, -1).map(project);
-        slice(open, grid, (...part) => [clipRing(...part)], (column, row, part) => {
-          if (part.length > 2) put(kind, column, row, part, true);
-        });
+        for (const open of unwrapped(ring, true)) {
+          slice(open, grid, (...part) => [clipRing(...part)], (column, row, part) => {
+            if (part.length > 2) put(kind, column, row, part, true);
+          });
+        }
       }
     }
   };
   const strokes = (kind, geometry) => {
     for (const line of lines(geometry)) {
-      slice(line.map(project), grid, clipLine, (column, row, part) => put(kind, column, row, part, false));
+      for (const whole of unwrapped(line, false)) {
+        slice(whole, grid, clipLine, (column, row, part) => put(kind, column, row, part, false));
+      }
     }
   };
   rings(Kind.land, level.land);
@@ -254,7 +285,7 @@ const simplified = simplify(weighted, quantile(weighted, 0.55));
 const levels = [
   {
     minimumZoom: 0,
-    gridBits: 0,
+    gridBits: 2,
     coordinateBits: 12,
     land: layer(coarse, 'land'),
     lakes: layer(coarseWater, 'lakes'),
@@ -262,7 +293,7 @@ const levels = [
   },
   {
     minimumZoom: 1.75,
-    gridBits: 2,
+    gridBits: 3,
     coordinateBits: 14,
     land: layer(simplified, 'land'),
     lakes: layer(coarseWater, 'lakes'),
@@ -271,7 +302,7 @@ const levels = [
   },
   {
     minimumZoom: 3.25,
-    gridBits: 4,
+    gridBits: 5,
     coordinateBits: 17,
     land: layer(middle, 'land'),
     lakes: layer(water, 'lakes'),
@@ -281,7 +312,7 @@ const levels = [
   },
   {
     minimumZoom: 5.25,
-    gridBits: 6,
+    gridBits: 7,
     coordinateBits: 20,
     land: layer(fine, 'land'),
     lakes: layer(water, 'lakes'),
@@ -334,7 +365,7 @@ function labelsOf(topology) {
   }));
   for (const feature of layer(topology, 'countries').features) {
     const name = feature.properties.name;
-    const projected = polygons(feature).map((polygon) => polygon.map((ring) => ring.map(project)));
+    const projected = polygons(feature).map((polygon) => polygon.map((ring) => unwrapped(ring, true)[0]));
     if (!name || projected.length === 0) continue;
     const largest = projected.reduce((a, b) => (area(a[0]) >= area(b[0]) ? a : b));
     const extent = area(largest[0]);

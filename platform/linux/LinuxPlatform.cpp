@@ -69,7 +69,7 @@ private:
     SystemClock m_clock;
     SettingsPreferencesStore m_preferences;
     CoordinatePlaceSearch m_placeSearch;
-    std::unique_ptr<BaseMap> m_baseMap;
+    MapData m_mapData;
     X11Windows m_windows;
     X11Screens m_screens{m_windows};
     AtspiAccessibilityClient m_accessibility{m_windows, [this] { return m_screens.primaryOrigin(); }};

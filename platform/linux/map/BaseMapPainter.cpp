@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <utility>
+#include <vector>
 
 namespace corvanta {
 
@@ -18,6 +20,10 @@ namespace {
 constexpr int mostTiles = 400;
 /// What is cut off lies so far outside that no stroke of its edge is seen.
 constexpr double margin = 12;
+/// In device-independent pixels, as is what follows.
+constexpr double seam = 0.6;
+constexpr double finest = 0.6;
+constexpr double hairline = 0.5;
 constexpr double provinceZoom = 3.6;
 constexpr double riverZoom = 2.6;
 /// From here on the data is coarser than the screen, and its corners show.
@@ -40,9 +46,6 @@ public:
         for (const QPointF& corner : corners)
             m_area |= QRectF(corner, QSizeF(1e-6, 1e-6));
         m_area.adjust(-margin, -margin, margin, margin);
-        // Even-odd would leave holes where an island of one tile lies over the edge of another.
-        for (QPainterPath* const path : {&land, &lakes})
-            path->setFillRule(Qt::WindingFill);
     }
 
     void collect() {
@@ -50,19 +53,44 @@ public:
         for (const ShownMapTile& shown : MapTiles::visible(m_projection, zoom, mostTiles)) {
             m_column = 1.0 * (shown.tile.column + shown.turn * m_level.tilesAcross) * m_level.extent;
             m_row = 1.0 * shown.tile.row * m_level.extent;
+            m_tile = {};
             m_map.visit(m_level, shown.tile.column, shown.tile.row,
                         [this](BaseMapKind kind, std::span<const BaseMapPoint> points) { add(kind, points); });
+            keepTile();
         }
         addTheSouth();
+        keepTile();
     }
 
-    QPainterPath land;
-    QPainterPath lakes;
-    QPainterPath countries;
-    QPainterPath provinces;
-    QPainterPath rivers;
+    /// A path for each tile: the time that a path takes grows faster than its length.
+    std::vector<QPainterPath> land;
+    std::vector<QPainterPath> lakes;
+    std::vector<QPainterPath> countries;
+    std::vector<QPainterPath> provinces;
+    std::vector<QPainterPath> rivers;
 
 private:
+    struct Tile {
+        QPainterPath land;
+        QPainterPath lakes;
+        QPainterPath countries;
+        QPainterPath provinces;
+        QPainterPath rivers;
+    };
+
+    void keepTile() {
+        const auto keep = [](QPainterPath& path, std::vector<QPainterPath>& paths) {
+            if (!path.isEmpty())
+                paths.push_back(std::move(path));
+        };
+        keep(m_tile.land, land);
+        keep(m_tile.lakes, lakes);
+        keep(m_tile.countries, countries);
+        keep(m_tile.provinces, provinces);
+        keep(m_tile.rivers, rivers);
+        m_tile = {};
+    }
+
     [[nodiscard]] bool isShown(BaseMapKind kind) const {
         const double zoom = m_projection.camera().zoom;
         return (kind != BaseMapKind::provinceBorder || zoom >= provinceZoom) &&
@@ -74,28 +102,39 @@ private:
             return;
         m_vertices.clear();
         const WorldPoint center = m_projection.camera().center;
+        const bool isRing = kind == BaseMapKind::land || kind == BaseMapKind::lake;
+        // A hairline would be seen between two tiles whose edges are smoothed by themselves, so they overlap a little.
+        const double overlap = isRing ? seam * m_world / m_projection.scale() : 0;
         for (const BaseMapPoint& point : points) {
-            // Whole numbers up to here, so that the points of neighbouring tiles fall exactly together.
-            const double x = (m_column + point.x) / m_world - center.x;
-            const double y = (m_row + point.y) / m_world - center.y;
+            const double right = point.x <= 0 ? -overlap : point.x >= m_level.extent ? overlap : 0;
+            const double down = point.y <= 0 ? -overlap : point.y >= m_level.extent ? overlap : 0;
+            const double x = (m_column + point.x + right) / m_world - center.x;
+            const double y = (m_row + point.y + down) / m_world - center.y;
             const bool isFixed = point.x <= 0 || point.y <= 0 || point.x >= m_level.extent || point.y >= m_level.extent;
-            m_vertices.push_back({m_right * x + m_down * y, isFixed});
+            const QPointF at = m_right * x + m_down * y;
+            // What is nearer than the screen can show is left out, but the ends of lines.
+            const bool isTooNear = !isFixed && !m_vertices.empty() && &point != &points.back() &&
+                                   (at - m_vertices.back().at).manhattanLength() < finest;
+            if (!isTooNear)
+                m_vertices.push_back({at, isFixed});
         }
+        if (isRing && m_vertices.size() < 3)
+            return;
         switch (kind) {
         case BaseMapKind::land:
-            addRing(land);
+            addRing(m_tile.land);
             break;
         case BaseMapKind::lake:
-            addRing(lakes);
+            addRing(m_tile.lakes);
             break;
         case BaseMapKind::countryBorder:
-            addLine(countries);
+            addLine(m_tile.countries);
             break;
         case BaseMapKind::provinceBorder:
-            addLine(provinces);
+            addLine(m_tile.provinces);
             break;
         case BaseMapKind::river:
-            addLine(rivers);
+            addLine(m_tile.rivers);
             break;
         }
     }
@@ -125,7 +164,7 @@ private:
         const WorldPoint center = m_projection.camera().center;
         for (const WorldPoint& place : {WorldPoint{-2, 2}, WorldPoint{-2, 1}, WorldPoint{3, 1}, WorldPoint{3, 2}})
             m_vertices.push_back({m_right * (place.x - center.x) + m_down * (place.y - center.y), true});
-        addRing(land);
+        addRing(m_tile.land);
     }
 
     const BaseMap& m_map;
@@ -137,6 +176,7 @@ private:
     QPointF m_down;
     QRectF m_area;
     MapVertices m_vertices;
+    Tile m_tile;
     double m_column = 0;
     double m_row = 0;
 };
@@ -199,17 +239,25 @@ void paintBaseMap(QPainter& painter, const BaseMap* map, const MapProjection& pr
     Collector collector(*map, projection);
     collector.collect();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(collector.land, palette.land);
-    paintGraticule(painter, projection, palette);
-    const double zoom = projection.camera().zoom;
-    const auto stroke = [&](const QPainterPath& path, const QColor& colour, double width) {
-        if (!path.isEmpty())
-            painter.strokePath(path, QPen(colour, width, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
+    const auto fill = [&](const std::vector<QPainterPath>& paths, const QColor& colour) {
+        for (const QPainterPath& path : paths)
+            painter.fillPath(path, colour);
     };
-    stroke(collector.rivers, palette.water, std::clamp(0.6 + (zoom - 3) * 0.2, 0.6, 2.0));
-    painter.fillPath(collector.lakes, palette.water);
-    stroke(collector.provinces, palette.provinceBorder, 1);
-    stroke(collector.countries, palette.countryBorder, std::clamp(0.5 + zoom * 0.1, 0.5, 1.25));
+    const auto stroke = [&](const std::vector<QPainterPath>& paths, const QColor& colour, double width) {
+        // Corners that are cut off look like round ones at this width, and lines of one pixel of the screen are drawn
+        // without making outlines of them: both take a fraction of the time.
+        QPen pen(colour, width > hairline ? width : 1, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
+        pen.setCosmetic(width <= hairline);
+        for (const QPainterPath& path : paths)
+            painter.strokePath(path, pen);
+    };
+    const double zoom = projection.camera().zoom;
+    fill(collector.land, palette.land);
+    paintGraticule(painter, projection, palette);
+    stroke(collector.rivers, palette.water, std::clamp(0.5 + (zoom - 5) * 0.25, 0.5, 2.0));
+    fill(collector.lakes, palette.water);
+    stroke(collector.provinces, palette.provinceBorder, hairline);
+    stroke(collector.countries, palette.countryBorder, std::clamp(0.5 + (zoom - 5) * 0.25, 0.5, 1.25));
 }
 
 } // namespace corvanta

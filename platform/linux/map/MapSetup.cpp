@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "MapSetup.h"
 
+#include "places/GazetteerError.h"
 #include "support/PreferencesStore.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QStandardPaths>
 
-namespace corvanta::MapSetup {
+#include <utility>
+
+namespace corvanta {
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -25,11 +28,13 @@ QString tilesURL(const PreferencesStore& preferences) {
 
 } // namespace
 
-QString baseMapFile() {
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../share/corvanta/basemap/world.basemap"_s);
+QString MapSetup::dataFile(const QString& name) {
+    const QString chosen = qEnvironmentVariable("CORVANTA_DATA_DIR");
+    const QString folder = chosen.isEmpty() ? QCoreApplication::applicationDirPath() + u"/../share/corvanta"_s : chosen;
+    return QDir::cleanPath(QDir(folder).absoluteFilePath(name));
 }
 
-MapTileOptions tileOptions(const PreferencesStore& preferences) {
+MapTileOptions MapSetup::tileOptions(const PreferencesStore& preferences) {
     MapTileOptions options;
     options.urlTemplate = tilesURL(preferences).trimmed();
     options.userAgent = u"%1/%2 (map of the control window)"_s.arg(QCoreApplication::applicationName(),
@@ -39,4 +44,17 @@ MapTileOptions tileOptions(const PreferencesStore& preferences) {
     return options;
 }
 
-} // namespace corvanta::MapSetup
+MapSources MapData::sources(const MapTileOptions& tiles) {
+    if (!std::exchange(m_isOpen, true)) {
+        m_baseMap = BaseMap::open(MapSetup::dataFile(u"basemap/world.basemap"_s));
+        try {
+            m_gazetteer = std::make_unique<Gazetteer>(MapSetup::dataFile(u"places/places.gazetteer"_s));
+            m_labels = std::make_unique<GazetteerLabels>(*m_gazetteer);
+        } catch (const GazetteerError&) {
+            m_gazetteer.reset();
+        }
+    }
+    return {.baseMap = m_baseMap.get(), .labels = m_labels.get(), .tiles = tiles};
+}
+
+} // namespace corvanta
