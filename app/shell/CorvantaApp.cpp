@@ -115,11 +115,13 @@ void CorvantaApp::openWindow() {
 }
 
 void CorvantaApp::makeWindow() {
-    auto* const view = new WorkspaceView({.coordinator = m_coordinator,
-                                          .desktop = m_platform->desktop(),
-                                          .clock = m_platform->clock(),
-                                          .tasks = m_tasks},
-                                         [this](QWidget* window) { windowChanged(window); });
+    auto* const view =
+        new WorkspaceView({.coordinator = m_coordinator,
+                           .desktop = m_platform->desktop(),
+                           .clock = m_platform->clock(),
+                           .tasks = m_tasks,
+                           .makeMap = [this](QWidget& parent) { return m_platform->makeMapSurface(parent); }},
+                          [this](QWidget* window) { windowChanged(window); });
     m_window = std::make_unique<WorkspaceWindow>(view, m_commands);
     connect(m_window.get(), &WorkspaceWindow::closing, this, &CorvantaApp::windowClosing);
     connect(m_window.get(), &WorkspaceWindow::quitRequested, this, &CorvantaApp::leaveEarly);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "window/widgets/MapBox.h"
+
 namespace corvanta {
 
 class Clock;
@@ -14,6 +16,7 @@ struct SectionContext {
     Desktop& desktop;
     const Clock& clock;
     TaskScope& tasks;
+    MapMaking makeMap;
 };
 
 } // namespace corvanta

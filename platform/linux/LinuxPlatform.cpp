@@ -4,8 +4,10 @@
 #include "LabCommandRunner.h"
 #include "LinuxDesktop.h"
 #include "LinuxPlaceSearch.h"
+#include "MapSetup.h"
 #include "Platform.h"
 #include "SettingsPreferencesStore.h"
+#include "WidgetMapSurface.h"
 #include "X11ControlWindow.h"
 #include "X11Screens.h"
 #include "X11Windows.h"
@@ -43,6 +45,15 @@ public:
 
     [[nodiscard]] PlaceSearch& placeSearch() override { return m_placeSearch; }
 
+    [[nodiscard]] std::unique_ptr<MapSurface> makeMapSurface(QWidget& parent) override {
+        // Not before somebody looks at a map. Without the file there is land everywhere.
+        if (!m_baseMap)
+            m_baseMap = BaseMap::open(MapSetup::baseMapFile());
+        return std::make_unique<WidgetMapSurface>(
+            MapSources{.baseMap = m_baseMap.get(), .labels = nullptr, .tiles = MapSetup::tileOptions(m_preferences)},
+            parent);
+    }
+
     [[nodiscard]] std::unique_ptr<CommandRunning> makeCommandRunner() override {
         return std::make_unique<LabCommandRunner>(std::make_unique<FoundationProcessRunner>(), m_lab);
     }
@@ -60,6 +71,7 @@ private:
     SettingsPreferencesStore m_preferences;
     LinuxPlaceSearch m_placeSearch{dataFile(QStringLiteral("places/places.gazetteer")),
                                    placeSearchAddress(m_preferences), m_clock};
+    MapData m_mapData;
     X11Windows m_windows;
     X11Screens m_screens{m_windows};
     AtspiAccessibilityClient m_accessibility{m_windows, [this] { return m_screens.primaryOrigin(); }};
