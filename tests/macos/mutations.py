@@ -93,7 +93,7 @@ FAULTS = [
     Fault("suggestion never released", COMPLETER, "&CFRelease)", "[](const void*) {})"),
     Fault("delegate that nobody keeps", COMPLETER, "completer.delegate = m_native->delegate",
           "completer.delegate = [[CorvantaCompleterDelegate alloc] init]"),
-    Fault("search that nobody keeps", SEARCH, "      (void)search;\n", ""),
+    Fault("search that nobody keeps", SEARCH, "(void)search;", ""),
     Fault("block and object keep each other", MAP, "    const NSPoint point = [recognizer",
           "    again = ^{ [self handleClick:recognizer]; };\n    const NSPoint point = [recognizer"),
     # Failures and types
@@ -116,8 +116,7 @@ FAULTS = [
           "(void)mainThread, done(failure)"),
     Fault("delegate not wired", MAP, "m_map.delegate = m_coordinator;", ""),
     Fault("clicks not heard", MAP, "[m_map addGestureRecognizer:click];", "(void)click;"),
-    Fault("delegate kept after the end", COMPLETER, "m_native->completer.delegate = nil;\n    m_native->delegate->callbacks",
-          "std::ignore"),
+    Fault("calls after the end", COMPLETER, "m_native->delegate->callbacks = {[] {}, [](const QString&) {}};", ""),
     Fault("map not shown", MAP, "[m_host addSubview:m_map];", ""),
     Fault("view upside down", MAP, "return YES;", "return NO;"),
     Fault("point of another view", MAP, "toCoordinateFromView:m_host", "toCoordinateFromView:m_map"),

@@ -4,6 +4,7 @@
 #include "MacControlWindow.h"
 #include "MacLayerTest.h"
 #include "MacPreferencesStore.h"
+#include "NativeDesktop.h"
 #include "NativeError.h"
 #include "SingleInstance.h"
 #include "safari/AXSupport.h"
@@ -52,6 +53,16 @@ TEST_F(MacDesktopTest, ReturnsOnceTheApplicationRuns) {
     EXPECT_FALSE(task.isDone());
     EXPECT_TRUE(waitUntil([&] { return task.isDone(); }));
     EXPECT_NO_THROW(task.result());
+}
+
+TEST_F(MacDesktopTest, AnswersOnTheMainThread) {
+    std::thread::id answered;
+    NativeDesktop::openApplication(u"/Applications/Safari.app"_s,
+                                   [&](const NativeDesktop::Failure&) { answered = std::this_thread::get_id(); });
+    std::thread([] { world().openedApplications.front().done(nil, nil); }).join();
+    EXPECT_EQ(answered, std::thread::id());
+    EXPECT_TRUE(waitUntil([&] { return answered != std::thread::id(); }));
+    EXPECT_EQ(answered, std::this_thread::get_id());
 }
 
 TEST_F(MacDesktopTest, FailsWithTheSystemsOwnText) {

@@ -92,6 +92,19 @@ TEST_F(MacPlaces, SaysNothingToADelegateThatHasGone) {
     EXPECT_EQ(delegate.updates, 0);
 }
 
+TEST_F(MacPlaces, SaysNothingOnceItHasGone) {
+    completer->setQueryFragment(u"barcelon"_s);
+    MKLocalSearchCompleter* const native = world().completer;
+    // Somebody calls who has taken the delegate before.
+    id<MKLocalSearchCompleterDelegate> const told = native.delegate;
+    completer.reset();
+    EXPECT_EQ(native.delegate, nil);
+    [told completerDidUpdateResults:native];
+    [told completer:native didFailWithError:makeError(u"late"_s)];
+    EXPECT_EQ(delegate.updates, 0);
+    EXPECT_TRUE(delegate.failures.isEmpty());
+}
+
 TEST_F(MacPlaces, FindsThePlacesOfASuggestion) {
     completer->setQueryFragment(u"barcelon"_s);
     suggest();
