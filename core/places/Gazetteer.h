@@ -63,8 +63,8 @@ public:
     /// at most `limit`. Case, marks and punctuation do not count. Words that a place's names do not have may be those
     /// of its region or country: "paris texas".
     ///
-    /// How well a name matches weighs the population: a whole name counts a hundredfold, a name that only has a word in
-    /// its middle that begins so a twentieth, and another spelling than the name itself a twentieth.
+    /// How well a name matches weighs the population: a whole name counts a hundredfold, another spelling as a whole
+    /// twentyfold. Where only the beginning is there, that of another spelling or of a later word counts a twentieth.
     [[nodiscard]] std::vector<PlaceIndex> search(const QString& text, std::size_t limit) const;
 
     /// Calls `visit` for the places within `bounds` of at least `minimumPopulation`, the most populous first, until it

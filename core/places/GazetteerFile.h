@@ -29,7 +29,7 @@ public:
     };
 
     static constexpr std::uint8_t firstAlternative = 8;
-    static constexpr std::uint8_t firstAlternativeWord = 40;
+    static constexpr std::uint8_t firstAlternativeWord = 56;
     /// More than any name or any list of alternatives has.
     static constexpr std::size_t longestText = 8192;
 

@@ -7,7 +7,7 @@ namespace corvanta {
 
 namespace {
 
-constexpr std::array<double, 6> weights{100, 5, 1, 1.0 / 20, 1.0 / 20, 1.0 / 400};
+constexpr std::array<double, 6> weights{100, 20, 1, 1.0 / 20, 1.0 / 20, 1.0 / 400};
 /// How many of the most populous places are looked at for words in any order, for each word.
 constexpr std::size_t mostCandidates = 400;
 constexpr std::size_t mostWords = 6;

@@ -75,17 +75,16 @@ std::u32string codePoints(const QString& text) {
 
 /// A character beyond ASCII that no table knows.
 std::string foldUnknown(char32_t character) {
-    std::string folded;
-    const QString plain = QString::fromUcs4(&character, 1).toLower().normalized(QString::NormalizationForm_KD);
-    for (const char32_t part : codePoints(plain)) {
-        if (QChar::isMark(part) && QChar::category(part) != QChar::Mark_SpacingCombining)
-            continue;
-        if (QChar::isLetterOrNumber(part) || QChar::isMark(part))
-            folded += QString::fromUcs4(&part, 1).normalized(QString::NormalizationForm_KC).toUtf8().toStdString();
-        else
-            folded += ' ';
+    QString folded;
+    for (const char32_t part :
+         codePoints(QString::fromUcs4(&character, 1).toLower().normalized(QString::NormalizationForm_KD))) {
+        const bool isKept = QChar::isLetterOrNumber(part) || QChar::category(part) == QChar::Mark_SpacingCombining;
+        if (isKept)
+            folded += QString::fromUcs4(&part, 1);
+        else if (!QChar::isMark(part))
+            folded += u' ';
     }
-    return folded;
+    return folded.normalized(QString::NormalizationForm_KC).toStdString();
 }
 
 } // namespace
@@ -141,6 +140,8 @@ std::string NameFolding::foldTyped(const QString& text) const {
             words.appendASCII(static_cast<char>(character));
         else if (const std::byte* const entry = find(character))
             words.append(replacement(entry));
+        else if (const std::byte* const lower = find(QChar::toLower(character)))
+            words.append(replacement(lower));
         else
             words.append(foldUnknown(character));
     }

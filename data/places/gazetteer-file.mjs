@@ -6,8 +6,8 @@ export const limits = {
   places: 1 << 18,
   regions: 1 << 12,
   nameWords: 8,
-  alternatives: 32,
-  alternativeWords: 24,
+  alternatives: 48,
+  alternativeWords: 8,
 };
 
 const headerSize = 32;

@@ -35,10 +35,14 @@ const rows = read('places')
   .sort((a, b) => b[field.population] - a[field.population] || a[field.id] - b[field.id]);
 
 const latin = /^[\p{Script=Latin}\p{N} ]+$/u;
+/// The code of an airport.
+const code = /^[A-Z]{3}$/;
+/// What somebody made of another alphabet letter by letter; nobody types it.
+const transliteration = /^[^\p{L}]*\p{Script=Latin}(?<!\p{Lu})/u;
 const withoutUmlauts = (text) => text.replace(/([aou])e/g, '$1').replace(/aa/g, 'a');
 
 /// The other spellings that are worth finding a place by: of a city all that lead elsewhere in the alphabet, of a town
-/// those in its country's own script, and of both none that an earlier one begins with.
+/// those in its country's own script, and of both none that says the same as another.
 function alternativesOf(row, name) {
   const population = Number(row[field.population]);
   const kept = [name];
@@ -46,21 +50,27 @@ function alternativesOf(row, name) {
   const spellings = new Set(
     row[field.alternatives]
       .split(',')
-      .filter((text) => text && !/^[A-Z]{3}$/.test(text))
+      .filter((text) => !code.test(text) && !transliteration.test(text))
       .map(fold),
   );
   const isWorthIt = (text) => {
-    if (latin.test(text)) return population >= 100_000 ? text.length > 2 : population >= 35_000 && text.length > 3 && !resembles(text, name);
-    return population >= 300_000 || (population >= 15_000 && script?.test(text));
+    if (!latin.test(text)) return population >= 300_000 || (population >= 5_000 && script?.test(text));
+    if (population >= 100_000) return text.length > 2;
+    return population >= 15_000 && text.length > 3 && !resembles(text, name);
   };
   // Those of the country itself come first, lest a much named city has no room for them.
   const order = (text) => (script?.test(text) ? 0 : 1);
   const candidates = [...spellings]
     .filter((text) => text && isWorthIt(text))
-    .sort((a, b) => order(a) - order(b) || b.length - a.length || (a < b ? -1 : 1));
+    .sort((a, b) => order(a) - order(b) || a.length - b.length || (a < b ? -1 : 1));
   for (const text of candidates) {
-    const isThere = (other) => ` ${other}`.includes(` ${text}`) || withoutUmlauts(other) === withoutUmlauts(text);
-    if (!kept.some(isThere)) kept.push(text);
+    const isThere = (other) =>
+      ` ${other}`.includes(` ${text}`) || text.startsWith(`${other} `) || withoutUmlauts(other) === withoutUmlauts(text);
+    if (kept.some(isThere)) continue;
+    // One letter more: the longer one is found by the shorter one too.
+    const shorter = kept.indexOf(text.slice(0, -1));
+    if (shorter > 0) kept[shorter] = text;
+    else kept.push(text);
   }
   kept.length = Math.min(kept.length, limits.alternatives + 1);
   return kept.slice(1);

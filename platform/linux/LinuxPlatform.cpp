@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "AtspiAccessibilityClient.h"
-#include "CoordinatePlaceSearch.h"
+#include "DataFolder.h"
 #include "LabCommandRunner.h"
 #include "LinuxDesktop.h"
+#include "LinuxPlaceSearch.h"
 #include "MapSetup.h"
 #include "Platform.h"
 #include "SettingsPreferencesStore.h"
@@ -68,7 +69,8 @@ private:
     LabFolder m_lab;
     SystemClock m_clock;
     SettingsPreferencesStore m_preferences;
-    CoordinatePlaceSearch m_placeSearch;
+    LinuxPlaceSearch m_placeSearch{dataFile(QStringLiteral("places/places.gazetteer")),
+                                   placeSearchAddress(m_preferences), m_clock};
     MapData m_mapData;
     X11Windows m_windows;
     X11Screens m_screens{m_windows};

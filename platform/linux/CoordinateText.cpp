@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "CoordinatePlaceSearch.h"
+#include "CoordinateText.h"
 
 #include <QLocale>
 #include <QStringList>
 
 #include <cmath>
-#include <utility>
 
 namespace corvanta {
 
@@ -17,7 +16,9 @@ std::optional<double> degrees(const QString& text, double limit) {
     return isNumber && std::abs(value) <= limit ? std::optional(value) : std::nullopt;
 }
 
-std::optional<Coordinate> parseCoordinate(const QString& text) {
+} // namespace
+
+std::optional<Coordinate> coordinateFromText(const QString& text) {
     const QStringList parts = text.split(u',');
     if (parts.size() != 2)
         return std::nullopt;
@@ -26,15 +27,6 @@ std::optional<Coordinate> parseCoordinate(const QString& text) {
     if (!latitude || !longitude)
         return std::nullopt;
     return Coordinate{*latitude, *longitude};
-}
-
-} // namespace
-
-QCoro::Task<std::vector<MapItem>> CoordinatePlaceSearch::search(PlaceCompletion completion) {
-    std::vector<MapItem> found;
-    if (const auto coordinate = parseCoordinate(completion.title))
-        found.push_back({.name = std::nullopt, .coordinate = *coordinate});
-    co_return found;
 }
 
 } // namespace corvanta
