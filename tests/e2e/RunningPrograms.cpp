@@ -134,6 +134,28 @@ std::optional<Accessible> DrivenCorvanta::devicePicker() const {
     return frame ? frame->find([](const Accessible& object) { return object.role() == u"combo box"; }) : std::nullopt;
 }
 
+std::optional<Accessible> DrivenCorvanta::map() const {
+    const auto frame = window();
+    return frame ? frame->find([](const Accessible& object) { return object.name() == u"Map"; }) : std::nullopt;
+}
+
+QString DrivenCorvanta::mapMiddle() const {
+    const auto shown = map();
+    return shown ? shown->description() : QString();
+}
+
+bool DrivenCorvanta::pickMapMiddle() const {
+    const auto shown = map();
+    return shown && shown->press();
+}
+
+bool DrivenCorvanta::hasPinAt(const QString& place) const {
+    const auto shown = map();
+    const auto pin = shown ? shown->find([](const Accessible& object) { return object.name() == u"Selected Location"; })
+                           : std::nullopt;
+    return pin && pin->description().endsWith(place);
+}
+
 bool DrivenCorvanta::typeAddress(const QString& address) const {
     const auto field = addressField();
     return field && field->setText(address);

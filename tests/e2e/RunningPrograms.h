@@ -67,6 +67,12 @@ public:
     [[nodiscard]] bool isEnabled(const QString& button) const;
     [[nodiscard]] bool typeAddress(const QString& address) const;
     [[nodiscard]] bool openDeviceList() const;
+    /// The middle of the map, "41.3874, 2.1686"; empty while there is no map.
+    [[nodiscard]] QString mapMiddle() const;
+    /// Picks the place in the middle of the map.
+    [[nodiscard]] bool pickMapMiddle() const;
+    /// Whether the map has a pin there.
+    [[nodiscard]] bool hasPinAt(const QString& place) const;
     /// The address in its field, and the device that the picker shows.
     [[nodiscard]] QString address() const;
     [[nodiscard]] QString device() const;
@@ -75,6 +81,7 @@ private:
     [[nodiscard]] std::optional<Accessible> window() const;
     [[nodiscard]] std::optional<Accessible> addressField() const;
     [[nodiscard]] std::optional<Accessible> devicePicker() const;
+    [[nodiscard]] std::optional<Accessible> map() const;
 
     QProcess m_process;
     QByteArray m_output;

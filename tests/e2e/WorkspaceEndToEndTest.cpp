@@ -77,6 +77,28 @@ TEST_F(WorkspaceEndToEnd, LetsThePageSeeTheDevice) {
         << qPrintable(report[u"userAgent"_s].toString());
 }
 
+TEST_F(WorkspaceEndToEnd, GivesThePageThePlaceThatIsPickedOnTheMap) {
+    launchOnSample({u"--device"_s, u"iPhone 16 Pro"_s});
+    startAndWait();
+    ASSERT_TRUE(eventually([this] { return m_corvanta.mapMiddle() == u"41.3874, 2.1686"; }))
+        << m_corvanta.mapMiddle().toStdString();
+    EXPECT_FALSE(m_corvanta.hasPinAt(u"41.3874, 2.1686"_s));
+    ASSERT_TRUE(m_corvanta.pickMapMiddle());
+    ASSERT_TRUE(eventually([this] { return m_corvanta.shows(u"41.3874,2.1686"_s); })) << shownTexts();
+    EXPECT_TRUE(m_corvanta.shows(u"Dropped Pin"_s));
+    EXPECT_TRUE(eventually([this] { return m_corvanta.hasPinAt(u"41.3874, 2.1686"_s); }));
+    EXPECT_EQ(m_corvanta.mapMiddle(), u"41.3874, 2.1686");
+    ASSERT_TRUE(m_corvanta.press(u"Set Location"_s));
+    EXPECT_TRUE(eventually([this] {
+        return m_site
+            .report([](const QJsonObject& report) {
+                return std::abs(report[u"latitude"_s].toDouble() - 41.3874) < 1e-6 &&
+                       std::abs(report[u"longitude"_s].toDouble() - 2.1686) < 1e-6;
+            })
+            .has_value();
+    }));
+}
+
 TEST_F(WorkspaceEndToEnd, StartsAgainAfterStop) {
     launchOnSample();
     startAndWait();

@@ -11,9 +11,13 @@
 
 namespace corvanta {
 
+using namespace std::chrono_literals;
+
 namespace {
 
 constexpr int boxHeight = 250;
+/// Long enough for the window to have been painted.
+constexpr auto unseenDelay = 300ms;
 
 } // namespace
 
@@ -36,7 +40,14 @@ void MapBox::show(const LocationMapView& view) {
         m_view.updateMap(*m_map, *m_mapCoordinator);
 }
 
+void MapBox::loadAfter(std::chrono::milliseconds delay) {
+    if (!m_map)
+        QTimer::singleShot(delay, this, &MapBox::load);
+}
+
 void MapBox::load() {
+    if (m_map)
+        return;
     m_map = m_makeMap(*this);
     m_mapCoordinator = std::make_unique<LocationMapView::Coordinator>(*m_map, m_view);
     m_map->widget().setGeometry(rect());
@@ -45,10 +56,13 @@ void MapBox::load() {
     m_map->widget().show();
 }
 
+void MapBox::showEvent(QShowEvent*) {
+    loadAfter(unseenDelay);
+}
+
 void MapBox::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(rect(), Appearance::current().controlPressed);
-    if (!std::exchange(m_isLoading, true))
-        QTimer::singleShot(0, this, &MapBox::load);
+    loadAfter(0ms);
 }
 
 void MapBox::resizeEvent(QResizeEvent*) {

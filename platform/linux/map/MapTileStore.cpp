@@ -192,10 +192,15 @@ void MapTileStore::request(const MapTile& tile, bool fromCacheAlone) {
     request.setTransferTimeout(static_cast<int>(m_options.timeout.count()));
     QNetworkReply* const reply = m_network.get(request);
     m_replies[tile] = reply;
-    connect(reply, &QNetworkReply::downloadProgress, this, [this, reply](qint64 received, qint64 total) {
-        if (std::max(received, total) > m_options.mostBytes)
+    // Not by its progress, which is told of ten times a second only.
+    reply->setReadBufferSize(m_options.mostBytes + 1);
+    const auto refuseTooMuch = [this, reply] {
+        const qint64 promised = reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
+        if (std::max(promised, reply->bytesAvailable()) > m_options.mostBytes)
             reply->abort();
-    });
+    };
+    connect(reply, &QNetworkReply::metaDataChanged, this, refuseTooMuch);
+    connect(reply, &QNetworkReply::readyRead, this, refuseTooMuch);
     connect(reply, &QNetworkReply::finished, this,
             [this, reply, tile, fromCacheAlone] { receive(reply, tile, fromCacheAlone); });
 }

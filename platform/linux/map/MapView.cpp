@@ -2,6 +2,7 @@
 #include "MapView.h"
 
 #include "BaseMapPainter.h"
+#include "MapAccessibility.h"
 #include "MapText.h"
 #include "map/MapScale.h"
 
@@ -55,6 +56,7 @@ MapView::MapView(const MapSources& sources, QWidget* parent)
     , m_tiles(sources.tiles)
     , m_compass(new MapCompass(this))
     , m_attribution(new MapAttribution(this)) {
+    makeMapsAccessible();
     setObjectName(u"map"_s);
     setAccessibleName(tr("Map"));
     setFocusPolicy(Qt::StrongFocus);
@@ -209,6 +211,10 @@ void MapView::settle() {
         return;
     setAccessibleDescription(text);
     Q_EMIT settled();
+}
+
+void MapView::pointAtMiddle() {
+    Q_EMIT clicked({width() / 2.0, height() / 2.0});
 }
 
 QString MapView::description() const {
@@ -495,7 +501,7 @@ void MapView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Enter:
     case Qt::Key_Space:
         if (!event->isAutoRepeat())
-            Q_EMIT clicked(middle);
+            pointAtMiddle();
         return;
     default:
         QWidget::keyPressEvent(event);

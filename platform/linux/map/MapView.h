@@ -66,6 +66,9 @@ public:
     /// As assistive technology and tests read it: the middle of the map, "41.3874, 2.1686".
     [[nodiscard]] QString description() const;
 
+    /// The same as a click there.
+    void pointAtMiddle();
+
     /// Draws a frame with everything but what lies on the map.
     void paintMap(QPainter& painter);
 
