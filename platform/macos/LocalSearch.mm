@@ -22,14 +22,14 @@ void startLocalSearch(const PlaceCompletion& completion, std::function<void(cons
     MKLocalSearchRequest* const request = [[MKLocalSearchRequest alloc] initWithCompletion:suggestion];
     MKLocalSearch* const search = [[MKLocalSearch alloc] initWithRequest:request];
     [search startWithCompletionHandler:^(MKLocalSearchResponse* response, NSError* error) {
-      // A search that nobody keeps may end without an answer.
-      (void)search;
-      LocalSearchOutcome outcome;
-      for (MKMapItem* item in response.mapItems)
-          outcome.items.push_back(itemOf(item));
-      if (error != nil)
-          outcome.failure = textOf(error.localizedDescription);
-      done(outcome);
+        // A search that nobody keeps may end without an answer.
+        (void)search;
+        LocalSearchOutcome outcome;
+        for (MKMapItem* item in response.mapItems)
+            outcome.items.push_back(itemOf(item));
+        if (error != nil)
+            outcome.failure = textOf(error.localizedDescription);
+        done(outcome);
     }];
 }
 

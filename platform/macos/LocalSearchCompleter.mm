@@ -15,11 +15,14 @@
 @implementation CorvantaCompleterDelegate
 
 - (void)completerDidUpdateResults:(MKLocalSearchCompleter*)__unused completer {
-    callbacks.didUpdate();
+    // A copy, for whoever hears of it may end the completer.
+    const auto didUpdate = callbacks.didUpdate;
+    didUpdate();
 }
 
 - (void)completer:(MKLocalSearchCompleter*)__unused completer didFailWithError:(NSError*)error {
-    callbacks.didFail(corvanta::textOf(error.localizedDescription));
+    const auto didFail = callbacks.didFail;
+    didFail(corvanta::textOf(error.localizedDescription));
 }
 
 @end

@@ -85,9 +85,7 @@ std::optional<AccessibilityValue> valueOf(CFTypeRef value) {
 
 /// One overload for each type of the seam. The object is null where the system makes none of the value.
 struct NativeValue {
-    CFHandle operator()(const QString& text) const {
-        return CFHandle::retain((__bridge CFStringRef)nativeText(text));
-    }
+    CFHandle operator()(const QString& text) const { return CFHandle::retain((__bridge CFStringRef)nativeText(text)); }
 
     CFHandle operator()(bool flag) const { return CFHandle::retain((__bridge CFTypeRef) @(flag)); }
 
@@ -148,7 +146,8 @@ public:
 
     bool setAttribute(const AccessibilityElement& element, QStringView name, const AccessibilityValue& value) override {
         const CFHandle object = std::visit(NativeValue(), value);
-        return object && ask(native(element), [&](AXUIElementRef asked) {
+        return object &&
+               ask(native(element), [&](AXUIElementRef asked) {
                    return AXUIElementSetAttributeValue(asked, (__bridge CFStringRef)nativeText(name), object.get());
                }) == kAXErrorSuccess;
     }

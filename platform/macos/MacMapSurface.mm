@@ -160,8 +160,9 @@ public:
         m_map.scrollEnabled = features.isScrollEnabled;
         m_map.pitchEnabled = features.isPitchEnabled;
         m_map.rotateEnabled = features.isRotateEnabled;
-        m_map.pointOfInterestFilter = features.showsPointsOfInterest ? MKPointOfInterestFilter.filterIncludingAllCategories
-                                                                     : MKPointOfInterestFilter.filterExcludingAllCategories;
+        m_map.pointOfInterestFilter = features.showsPointsOfInterest
+                                          ? MKPointOfInterestFilter.filterIncludingAllCategories
+                                          : MKPointOfInterestFilter.filterExcludingAllCategories;
     }
 
     [[nodiscard]] MapRegion region() const override {

@@ -31,8 +31,7 @@ void activateSelf() {
 }
 
 std::optional<QString> applicationPath(const QString& bundleIdentifier) {
-    NSURL* const url =
-        [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:nativeText(bundleIdentifier)];
+    NSURL* const url = [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:nativeText(bundleIdentifier)];
     NSString* const path = url.path;
     if (path == nil)
         return std::nullopt;
@@ -44,12 +43,12 @@ void openApplication(const QString& path, std::function<void(const Failure&)> do
         openApplicationAtURL:[NSURL fileURLWithPath:nativeText(path)]
                configuration:[NSWorkspaceOpenConfiguration configuration]
            completionHandler:^([[maybe_unused]] NSRunningApplication* application, NSError* error) {
-             // On a queue of AppKit's own: plain values alone go on to the main thread.
-             Failure failure;
-             if (error != nil)
-                 failure = textOf(error.localizedDescription);
-             if (QObject* const mainThread = QCoreApplication::instance())
-                 QMetaObject::invokeMethod(mainThread, [done, failure] { done(failure); }, Qt::QueuedConnection);
+               // On a queue of AppKit's own: plain values alone go on to the main thread.
+               Failure failure;
+               if (error != nil)
+                   failure = textOf(error.localizedDescription);
+               if (QObject* const mainThread = QCoreApplication::instance())
+                   QMetaObject::invokeMethod(mainThread, [done, failure] { done(failure); }, Qt::QueuedConnection);
            }];
 }
 

@@ -86,11 +86,12 @@ TEST_F(MacDesktopTest, EndsALaunchThatNobodyAnswers) {
 }
 
 TEST_F(MacDesktopTest, OpensAddresses) {
-    const URL pane = URL::parse(u"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility").value();
+    const URL pane =
+        URL::parse(u"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility").value();
     EXPECT_TRUE(desktop.openURL(pane));
-    EXPECT_EQ(world().openedAddresses, std::vector<std::string>{
-                                           "x-apple.systempreferences:com.apple.preference.security?"
-                                           "Privacy_Accessibility"});
+    EXPECT_EQ(world().openedAddresses,
+              std::vector<std::string>{"x-apple.systempreferences:com.apple.preference.security?"
+                                       "Privacy_Accessibility"});
     world().takesAddresses = false;
     EXPECT_FALSE(desktop.openURL(pane));
     EXPECT_FALSE(desktop.openURL(URL()));

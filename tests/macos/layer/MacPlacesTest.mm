@@ -153,8 +153,8 @@ struct RecordingMapDelegate final : MapSurfaceDelegate {
 
     void handleClick(MapGestureState state, QPointF point) override { clicks.emplace_back(state, point); }
 
-    std::optional<MapMarkerStyle> style =
-        MapMarkerStyle{u"selected-location"_s, MapMarkerStyle::Tint::systemBlue, u"location.fill"_s, u"Selected location"_s};
+    std::optional<MapMarkerStyle> style = MapMarkerStyle{u"selected-location"_s, MapMarkerStyle::Tint::systemBlue,
+                                                         u"location.fill"_s, u"Selected location"_s};
     std::vector<MapAnnotation> asked;
     std::vector<std::pair<MapGestureState, QPointF>> clicks;
 };

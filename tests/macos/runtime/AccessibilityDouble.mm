@@ -169,7 +169,7 @@ Boolean CFBooleanGetValue(CFBooleanRef reference) {
     return ((__bridge NSNumber*)reference).boolValue;
 }
 
-CFStringRef kAXTrustedCheckOptionPrompt = (__bridge CFStringRef)@"AXTrustedCheckOptionPrompt";
+CFStringRef kAXTrustedCheckOptionPrompt = (__bridge CFStringRef) @"AXTrustedCheckOptionPrompt";
 
 Boolean AXIsProcessTrusted(void) {
     return world().isTrusted;

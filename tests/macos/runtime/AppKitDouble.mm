@@ -62,9 +62,8 @@ using namespace corvanta::testing;
 
 - (NSURL*)URLForApplicationWithBundleIdentifier:(NSString*)bundleIdentifier {
     const auto found = world().installed.find(textIn(bundleIdentifier));
-    return found == world().installed.end()
-               ? nil
-               : [NSURL fileURLWithPath:makeText(QString::fromStdString(found->second))];
+    return found == world().installed.end() ? nil
+                                            : [NSURL fileURLWithPath:makeText(QString::fromStdString(found->second))];
 }
 
 - (void)openApplicationAtURL:(NSURL*)url

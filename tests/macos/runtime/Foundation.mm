@@ -27,7 +27,7 @@ T retained(T object) {
     return objc_alloc(self);
 }
 
-+ (instancetype) new {
++ (instancetype)new {
     return [[self alloc] init];
 }
 

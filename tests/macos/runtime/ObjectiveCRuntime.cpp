@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// An Objective-C runtime for tests on x86-64 Linux: just enough of the ABI that Clang emits for macOS to run the classes,
-// messages, blocks, weak references and ARC of the layer and of the doubles. It is stricter than a real one: an
-// over-release and a message to a dead object abort, and living objects are counted.
+// An Objective-C runtime for tests on x86-64 Linux: just enough of the ABI that Clang emits for macOS to run the
+// classes, messages, blocks, weak references and ARC of the layer and of the doubles. It is stricter than a real one:
+// an over-release and a message to a dead object abort, and living objects are counted.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -535,23 +535,24 @@ void _Block_object_dispose(const void* object, int flags) {
 // Messages keep every register in which arguments travel, look the method up, and jump to it. A message to nil answers
 // zeroes.
 #define TRAMPOLINE(name, atNil, arguments, lookup, last)                                                               \
-    __asm__(".text\n.globl " name "\n.type " name ",@function\n" name ":\n" atNil                                      \
-            "push %rbp\nmov %rsp,%rbp\nsub $192,%rsp\n"                                                                \
-            "mov %rdi,(%rsp)\nmov %rsi,8(%rsp)\nmov %rdx,16(%rsp)\nmov %rcx,24(%rsp)\n"                                \
-            "mov %r8,32(%rsp)\nmov %r9,40(%rsp)\nmov %rax,48(%rsp)\n"                                                  \
-            "movups %xmm0,64(%rsp)\nmovups %xmm1,80(%rsp)\nmovups %xmm2,96(%rsp)\nmovups %xmm3,112(%rsp)\n"            \
-            "movups %xmm4,128(%rsp)\nmovups %xmm5,144(%rsp)\nmovups %xmm6,160(%rsp)\nmovups %xmm7,176(%rsp)\n"         \
-            arguments "call " lookup "\nmov %rax,%r11\n"                                                               \
-            "mov (%rsp),%rdi\nmov 8(%rsp),%rsi\nmov 16(%rsp),%rdx\nmov 24(%rsp),%rcx\n"                                \
-            "mov 32(%rsp),%r8\nmov 40(%rsp),%r9\nmov 48(%rsp),%rax\n"                                                  \
-            "movups 64(%rsp),%xmm0\nmovups 80(%rsp),%xmm1\nmovups 96(%rsp),%xmm2\nmovups 112(%rsp),%xmm3\n"            \
-            "movups 128(%rsp),%xmm4\nmovups 144(%rsp),%xmm5\nmovups 160(%rsp),%xmm6\nmovups 176(%rsp),%xmm7\n"         \
-            "leave\n" last "jmp *%r11\n")
+    __asm__(                                                                                                           \
+        ".text\n.globl " name "\n.type " name ",@function\n" name ":\n" atNil                                          \
+        "push %rbp\nmov %rsp,%rbp\nsub $192,%rsp\n"                                                                    \
+        "mov %rdi,(%rsp)\nmov %rsi,8(%rsp)\nmov %rdx,16(%rsp)\nmov %rcx,24(%rsp)\n"                                    \
+        "mov %r8,32(%rsp)\nmov %r9,40(%rsp)\nmov %rax,48(%rsp)\n"                                                      \
+        "movups %xmm0,64(%rsp)\nmovups %xmm1,80(%rsp)\nmovups %xmm2,96(%rsp)\nmovups %xmm3,112(%rsp)\n"                \
+        "movups %xmm4,128(%rsp)\nmovups %xmm5,144(%rsp)\nmovups %xmm6,160(%rsp)\nmovups %xmm7,176(%rsp)\n" arguments   \
+        "call " lookup "\nmov %rax,%r11\n"                                                                             \
+        "mov (%rsp),%rdi\nmov 8(%rsp),%rsi\nmov 16(%rsp),%rdx\nmov 24(%rsp),%rcx\n"                                    \
+        "mov 32(%rsp),%r8\nmov 40(%rsp),%r9\nmov 48(%rsp),%rax\n"                                                      \
+        "movups 64(%rsp),%xmm0\nmovups 80(%rsp),%xmm1\nmovups 96(%rsp),%xmm2\nmovups 112(%rsp),%xmm3\n"                \
+        "movups 128(%rsp),%xmm4\nmovups 144(%rsp),%xmm5\nmovups 160(%rsp),%xmm6\nmovups 176(%rsp),%xmm7\n"             \
+        "leave\n" last "jmp *%r11\n")
 TRAMPOLINE("objc_msgSend",
            "test %rdi,%rdi\njnz 1f\nxor %eax,%eax\nxor %edx,%edx\nxorps %xmm0,%xmm0\nxorps %xmm1,%xmm1\nret\n1:\n", "",
            "corvanta_lookup", "");
-TRAMPOLINE("objc_msgSend_stret", "test %rsi,%rsi\njnz 1f\nmov %rdi,%rax\nret\n1:\n",
-           "mov %rsi,%rdi\nmov %rdx,%rsi\n", "corvanta_lookup", "");
+TRAMPOLINE("objc_msgSend_stret", "test %rsi,%rsi\njnz 1f\nmov %rdi,%rax\nret\n1:\n", "mov %rsi,%rdi\nmov %rdx,%rsi\n",
+           "corvanta_lookup", "");
 TRAMPOLINE("objc_msgSendSuper2", "", "", "corvanta_lookup_super", "mov (%rdi),%rdi\n");
 TRAMPOLINE("objc_msgSendSuper2_stret", "", "mov %rsi,%rdi\nmov %rdx,%rsi\n", "corvanta_lookup_super",
            "mov (%rsi),%rsi\n");

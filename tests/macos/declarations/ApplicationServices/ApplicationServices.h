@@ -9,18 +9,20 @@ typedef struct Point {
     short v;
     short h;
 } Point;
+
 typedef struct Rect {
     short top;
     short left;
     short bottom;
     short right;
 } Rect;
+
 typedef long Size;
 
 SDK_NONNULL_BEGIN
 typedef const struct SDK_BRIDGED(id) __AXUIElement* AXUIElementRef;
 typedef const struct SDK_BRIDGED(id) __AXValue* AXValueRef;
-typedef SDK_ENUM(int, AXError) {
+typedef SDK_ENUM(int, AXError){
     kAXErrorSuccess = 0,
     kAXErrorFailure = -25200,
     kAXErrorCannotComplete = -25204,
@@ -29,7 +31,7 @@ typedef SDK_ENUM(int, AXError) {
     kAXErrorAPIDisabled = -25211,
     kAXErrorNoValue = -25212,
 };
-typedef SDK_ENUM(uint32_t, AXValueType) {
+typedef SDK_ENUM(uint32_t, AXValueType){
     kAXValueTypeIllegal = 0,
     kAXValueTypeCGPoint = 1,
     kAXValueTypeCGSize = 2,
