@@ -112,6 +112,7 @@ void CorvantaApp::openWindow() {
 void CorvantaApp::makeWindow() {
     auto* const view = new WorkspaceView({.coordinator = m_coordinator,
                                           .desktop = m_platform->desktop(),
+                                          .placeSearch = m_platform->placeSearch(),
                                           .clock = m_platform->clock(),
                                           .tasks = m_tasks},
                                          [this](QWidget* window) { windowChanged(window); });

@@ -5,6 +5,7 @@ namespace corvanta {
 
 class Clock;
 class Desktop;
+class PlaceSearch;
 class TaskScope;
 class WorkspaceCoordinator;
 
@@ -12,6 +13,7 @@ class WorkspaceCoordinator;
 struct SectionContext {
     WorkspaceCoordinator& coordinator;
     Desktop& desktop;
+    PlaceSearch& placeSearch;
     const Clock& clock;
     TaskScope& tasks;
 };

@@ -24,7 +24,11 @@ protected:
 
     /// What the parts of the window work with; the coordinator must have been made.
     [[nodiscard]] SectionContext context() {
-        return {.coordinator = *coordinator, .desktop = desktop, .clock = clock, .tasks = tasks};
+        return {.coordinator = *coordinator,
+                .desktop = desktop,
+                .placeSearch = placeSearch,
+                .clock = clock,
+                .tasks = tasks};
     }
 
     /// The part that is tested, in a window that is not shown unless the test does so.
