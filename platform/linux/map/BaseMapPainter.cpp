@@ -197,9 +197,9 @@ QString degreesText(double degrees, QChar positive, QChar negative) {
     const auto seconds = static_cast<int>(std::lround(std::abs(degrees) * 3600));
     QString text = u"%1°"_s.arg(seconds / 3600);
     if (seconds % 3600 != 0)
-        text += u"%1′"_s.arg(seconds / 60 % 60, 2, 10, u'0');
+        text += u"%1′"_s.arg(seconds / 60 % 60, 2, 10, QChar(u'0'));
     if (seconds % 60 != 0)
-        text += u"%1″"_s.arg(seconds % 60, 2, 10, u'0');
+        text += u"%1″"_s.arg(seconds % 60, 2, 10, QChar(u'0'));
     return text + (degrees < 0 ? negative : positive);
 }
 
