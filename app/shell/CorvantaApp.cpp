@@ -118,6 +118,7 @@ void CorvantaApp::makeWindow() {
     auto* const view =
         new WorkspaceView({.coordinator = m_coordinator,
                            .desktop = m_platform->desktop(),
+                           .placeSearch = m_platform->placeSearch(),
                            .clock = m_platform->clock(),
                            .tasks = m_tasks,
                            .makeMap = [this](QWidget& parent) { return m_platform->makeMapSurface(parent); }},

@@ -2,6 +2,7 @@
 #include "window/LocationSection.h"
 
 #include "locations/CoordinateFormatter.h"
+#include "window/PlaceSearchBox.h"
 #include "window/widgets/ButtonRows.h"
 #include "window/widgets/Buttons.h"
 #include "window/widgets/Card.h"
@@ -27,6 +28,7 @@ LocationSection::LocationSection(const SectionContext& context, QWidget* parent)
     , m_set(makeButton(u"Set Location"_s, Symbol::location, Emphasis::prominent))
     , m_clear(makeButton(u"Clear"_s, Symbol::locationOff)) {
     Card& card = addCard(*this, u"Location"_s);
+    card.rows().addWidget(new PlaceSearchBox(context));
     card.rows().addWidget(m_map);
     card.rows().addWidget(makeSelectionLine());
     auto* const buttons = new QWidget;

@@ -7,6 +7,7 @@ namespace corvanta {
 
 class Clock;
 class Desktop;
+class PlaceSearch;
 class TaskScope;
 class WorkspaceCoordinator;
 
@@ -14,6 +15,7 @@ class WorkspaceCoordinator;
 struct SectionContext {
     WorkspaceCoordinator& coordinator;
     Desktop& desktop;
+    PlaceSearch& placeSearch;
     const Clock& clock;
     TaskScope& tasks;
     MapMaking makeMap;

@@ -18,7 +18,7 @@ namespace {
 using Bytes = std::span<const std::byte>;
 
 constexpr std::size_t headerSize = 32;
-constexpr std::size_t sectionCount = 12;
+constexpr std::size_t sectionCount = 15;
 constexpr std::uint32_t version = 1;
 constexpr qint64 largestFile = 64 * 1024 * 1024;
 constexpr std::uint32_t populationBlock = 64;
@@ -95,16 +95,20 @@ Bytes from(Bytes section, std::size_t offset) {
 }
 
 void unpack(Bytes packed, Bytes symbols, std::string& text) {
-    text.clear();
-    for (std::size_t at = 0; at < packed.size() && text.size() < GazetteerFile::longestText; ++at) {
+    // A symbol is copied with all of its eight bytes, whatever its length.
+    std::array<char, GazetteerFile::longestText + 8> buffer; // NOLINT(*-member-init): filled as far as it is read
+    std::size_t size = 0;
+    for (std::size_t at = 0; at < packed.size() && size < GazetteerFile::longestText; ++at) {
         const auto code = std::to_integer<std::size_t>(packed[at]);
         if (code < symbolCount) {
             const std::byte* const symbol = symbols.data() + code * symbolSize;
-            text.append(reinterpret_cast<const char*>(symbol + 1), std::to_integer<std::size_t>(symbol[0]));
+            std::memcpy(buffer.data() + size, symbol + 1, symbolSize - 1);
+            size += std::to_integer<std::size_t>(symbol[0]);
         } else if (++at < packed.size()) {
-            text += static_cast<char>(packed[at]);
+            buffer[size++] = static_cast<char>(packed[at]);
         }
     }
+    text.assign(buffer.data(), size);
 }
 
 void requireSymbols(Bytes symbols) {
@@ -156,8 +160,9 @@ void GazetteerFile::readSections(Bytes file) {
     }
     Bytes folding;
     const std::array<Bytes*, sectionCount> members{
-        &m_positions,          &m_populationIndex, &m_populationSteps, &m_textIndex, &m_texts,   &m_nameSymbols,
-        &m_alternativeSymbols, &m_wordStarts,      &m_regions,         &m_countries, &m_strings, &folding};
+        &m_positions,   &m_populationIndex,    &m_populationSteps, &m_textIndex,   &m_texts,
+        &m_nameSymbols, &m_alternativeSymbols, &m_wordStarts,      &m_wordBlocks,  &m_wordHeads,
+        &m_regions,     &m_countries,          &m_strings,         &m_regionWords, &folding};
     for (std::size_t index = 0; index < sectionCount; ++index)
         *members.at(index) = sections.at(index);
 
@@ -169,6 +174,8 @@ void GazetteerFile::readSections(Bytes file) {
     requireSymbols(m_alternativeSymbols);
     require(m_wordStarts.size() % 3 == 0, u"the index of words is not whole"_s);
     m_wordStartCount = static_cast<std::uint32_t>(m_wordStarts.size() / 3);
+    require(m_wordBlocks.size() == blocks(m_wordStartCount, wordBlock) * 3, u"the index of words is not whole"_s);
+    require(m_wordHeads.size() == blocks(m_wordStartCount, wordBlock) * 8, u"the index of words is not whole"_s);
     require(m_regions.size() % regionSize == 0, u"the regions are not whole"_s);
     require(m_countries.size() % countrySize == 0, u"the countries are not whole"_s);
     require(folding.size() % NameFolding::entrySize == 0, u"the folding is not whole"_s);
@@ -227,14 +234,33 @@ GazetteerFile::Region GazetteerFile::region(std::uint32_t place) const {
     if (offset >= m_regions.size())
         return {};
     const std::byte* const record = m_regions.data() + offset;
-    const auto* const abbreviation = reinterpret_cast<const char*>(record + 8);
-    Region found{.name = string(record), .abbreviation = {abbreviation, strnlen(abbreviation, 4)}};
+    Region found{.name = string(record)};
     const std::size_t country = std::size_t{number<std::uint16_t>(record + 6)} * countrySize;
-    if (country < m_countries.size()) {
+    if (country < m_countries.size())
         found.country = string(m_countries.data() + country);
-        found.countryCode = {reinterpret_cast<const char*>(m_countries.data() + country + 6), 2};
-    }
     return found;
+}
+
+std::string_view GazetteerFile::regionWords(std::uint32_t place) const {
+    const std::size_t offset = std::size_t{position(place).region} * regionSize;
+    if (offset >= m_regions.size())
+        return {};
+    const std::string_view all = allRegionWords();
+    const std::size_t begin = number<std::uint32_t>(m_regions.data() + offset + 8);
+    return begin < all.size() ? all.substr(begin, all.find('\n', begin) - begin) : std::string_view();
+}
+
+std::uint32_t GazetteerFile::endOfMorePopulous(double people) const {
+    std::size_t low = 0;
+    std::size_t high = m_populationIndex.size() / 8;
+    while (low < high) {
+        const std::size_t middle = low + (high - low) / 2;
+        if (number<std::uint32_t>(m_populationIndex.data() + middle * 8) > people)
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return static_cast<std::uint32_t>(low) * populationBlock;
 }
 
 } // namespace corvanta

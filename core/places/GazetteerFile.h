@@ -47,6 +47,19 @@ public:
         return {value >> 6U, static_cast<std::uint8_t>(value & 63U)};
     }
 
+    static constexpr std::uint32_t wordBlock = 64;
+
+    /// The most populous place of those whose words have the indices from `block` times wordBlock on.
+    [[nodiscard]] std::uint32_t bestOfBlock(std::uint32_t block) const {
+        const auto* const bytes = reinterpret_cast<const std::uint8_t*>(m_wordBlocks.data()) + std::size_t{block} * 3;
+        return bytes[0] | std::uint32_t{bytes[1]} << 8U | std::uint32_t{bytes[2]} << 16U;
+    }
+
+    /// The first bytes of the text from the first of those words on, with zeroes behind where it is shorter.
+    [[nodiscard]] std::string_view headOfBlock(std::uint32_t block) const {
+        return {reinterpret_cast<const char*>(m_wordHeads.data()) + std::size_t{block} * 8, 8};
+    }
+
     /// The latitude from the south pole, the longitude from the date line, both in hundred-thousandths of a degree.
     struct Position {
         std::uint32_t latitude = 0;
@@ -66,13 +79,21 @@ public:
 
     struct Region {
         std::string_view name;
-        /// The short form that people write, such as "TX"; empty where they write none.
-        std::string_view abbreviation = {};
         std::string_view country = {};
-        std::string_view countryCode = {};
     };
 
     [[nodiscard]] Region region(std::uint32_t place) const;
+
+    /// The words by which people tell of the place's region and country, folded, with a space before each.
+    [[nodiscard]] std::string_view regionWords(std::uint32_t place) const;
+
+    /// The same of all regions, one after the other.
+    [[nodiscard]] std::string_view allRegionWords() const {
+        return {reinterpret_cast<const char*>(m_regionWords.data()), m_regionWords.size()};
+    }
+
+    /// A place before which every place is more populous than `people`, and with it perhaps a few that are.
+    [[nodiscard]] std::uint32_t endOfMorePopulous(double people) const;
 
     [[nodiscard]] const NameFolding& folding() const { return m_folding; }
 
@@ -100,9 +121,12 @@ private:
     Bytes m_nameSymbols;
     Bytes m_alternativeSymbols;
     Bytes m_wordStarts;
+    Bytes m_wordBlocks;
+    Bytes m_wordHeads;
     Bytes m_regions;
     Bytes m_countries;
     Bytes m_strings;
+    Bytes m_regionWords;
     NameFolding m_folding;
 };
 

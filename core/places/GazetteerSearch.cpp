@@ -2,6 +2,7 @@
 #include "places/GazetteerSearch.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvanta {
 
@@ -9,10 +10,13 @@ namespace {
 
 constexpr std::array<double, 6> weights{100, 20, 1, 1.0 / 20, 1.0 / 20, 1.0 / 400};
 /// How many of the most populous places are looked at for words in any order, for each word.
-constexpr std::size_t mostCandidates = 400;
+constexpr std::size_t mostCandidates = 200;
 constexpr std::size_t mostWords = 6;
-/// With fewer answers than these, "ue" is also tried as the "ü" that somebody could not type.
-constexpr std::size_t fewAnswers = 5;
+/// How many blocks of the index are looked at before all others where there are many.
+constexpr std::uint32_t promisingBlocks = 24;
+/// With fewer answers than these, the words are also looked for one by one, and "ue" as the "ü" that somebody could
+/// not type.
+constexpr std::size_t fewAnswers = 3;
 
 /// The text from the `ordinal`-th word on; empty when there are fewer.
 std::string_view fromWord(std::string_view text, std::size_t ordinal) {
@@ -74,7 +78,7 @@ public:
         : m_limit(limit) {}
 
     void add(std::uint32_t value) {
-        if (m_values.size() == m_limit && (m_limit == 0 || value >= m_values.back()))
+        if (leavesOut(value))
             return;
         const auto place = std::ranges::lower_bound(m_values, value);
         if (place != m_values.end() && *place == value)
@@ -82,6 +86,11 @@ public:
         m_values.insert(place, value);
         if (m_values.size() > m_limit)
             m_values.pop_back();
+    }
+
+    /// Whether a number that is not lower than `value` would be left out.
+    [[nodiscard]] bool leavesOut(std::uint32_t value) const {
+        return m_values.size() == m_limit && (m_limit == 0 || value >= m_values.back());
     }
 
     [[nodiscard]] const std::vector<std::uint32_t>& values() const { return m_values; }
@@ -122,6 +131,24 @@ std::string_view GazetteerSearch::textFrom(GazetteerFile::WordStart start) {
 GazetteerSearch::Range GazetteerSearch::wordsBeginningWith(std::string_view text) {
     const auto boundary = [&](std::uint32_t low, auto&& isBefore) {
         std::uint32_t high = m_file.wordStartCount();
+        // The heads of the blocks tell where it can be. One that is the same as the text's beginning tells nothing.
+        std::uint32_t first = 0;
+        std::uint32_t last = (high + GazetteerFile::wordBlock - 1) / GazetteerFile::wordBlock;
+        while (first < last) {
+            const std::uint32_t middle = first + (last - first) / 2;
+            const std::string_view head = m_file.headOfBlock(middle).substr(0, text.size());
+            const std::string_view beginning = text.substr(0, head.size());
+            const bool isEqual = head == beginning;
+            if (isEqual && head.size() < text.size())
+                break;
+            if (isEqual ? isBefore(text) : head < beginning)
+                first = middle + 1;
+            else
+                last = middle;
+        }
+        if (first > 0)
+            low = std::max(low, (first - 1) * GazetteerFile::wordBlock);
+        high = std::min(high, last * GazetteerFile::wordBlock);
         while (low < high) {
             const std::uint32_t middle = low + (high - low) / 2;
             if (isBefore(textFrom(m_file.wordStart(middle)).substr(0, text.size())))
@@ -146,85 +173,158 @@ std::uint32_t GazetteerSearch::endOfWhole(Range range, std::size_t length) {
     return range.begin;
 }
 
+GazetteerSearch::Match GazetteerSearch::matchOf(std::uint8_t ordinal, bool isWhole) {
+    if (ordinal == 0)
+        return isWhole ? wholeName : nameBegins;
+    if (ordinal < GazetteerFile::firstAlternative)
+        return wordInName;
+    if (ordinal < GazetteerFile::firstAlternativeWord)
+        return isWhole ? wholeAlternative : alternativeBegins;
+    return wordInAlternative;
+}
+
 std::vector<std::uint32_t> GazetteerSearch::find(const std::string& text) {
     if (text.empty() || m_limit == 0)
         return {};
     m_found.clear();
     findBeginning(text, 1);
-    if (m_found.size() < m_limit && text.contains(' '))
+    const std::size_t few = std::min(fewAnswers, m_limit);
+    if (m_found.size() < few && text.contains(' '))
         findAllWords(text);
-    if (m_found.size() < fewAnswers) {
+    if (m_found.size() < few) {
         if (const std::string plain = withoutDigraphs(text); plain != text)
             findBeginning(plain, weights[alternativeBegins]);
     }
-    return best();
+    std::vector<std::uint32_t> places;
+    for (const Found& found : m_found)
+        places.push_back(found.place);
+    return places;
+}
+
+void GazetteerSearch::keep(std::uint32_t place, double weight) {
+    const auto isBetter = [](const Found& a, const Found& b) {
+        return a.weight != b.weight ? a.weight > b.weight : a.place < b.place;
+    };
+    const Found found{place, weight};
+    const auto known = std::ranges::find(m_found, place, &Found::place);
+    if (known != m_found.end()) {
+        if (!isBetter(found, *known))
+            return;
+        m_found.erase(known);
+    }
+    m_found.insert(std::ranges::upper_bound(m_found, found, isBetter), found);
+    if (m_found.size() > m_limit)
+        m_found.pop_back();
+}
+
+GazetteerSearch::Limits GazetteerSearch::limitsFor(double factor) const {
+    Limits limits{};
+    limits.fill(m_file.placeCount());
+    if (m_found.size() < m_limit)
+        return limits;
+    for (std::size_t match = 0; match < matchCount; ++match) {
+        // One more person than there are stands in every weight, so that places without any can be told apart.
+        const double people = m_found.back().weight / (weights[match] * factor) - 1;
+        limits[match] = std::min(limits[match], m_file.endOfMorePopulous(people));
+    }
+    return limits;
 }
 
 void GazetteerSearch::findBeginning(std::string_view text, double factor) {
     const Range range = wordsBeginningWith(text);
     const std::uint32_t endOfExact = endOfWhole(range, text.size());
-    std::array<Lowest, matchCount> places{Lowest(m_limit), Lowest(m_limit), Lowest(m_limit),
-                                          Lowest(m_limit), Lowest(m_limit), Lowest(m_limit)};
-    for (std::uint32_t index = range.begin; index < range.end; ++index) {
-        const auto start = m_file.wordStart(index);
-        const bool isWhole = index < endOfExact;
-        Match match = wordInName;
-        if (start.ordinal == 0)
-            match = isWhole ? wholeName : nameBegins;
-        else if (start.ordinal >= GazetteerFile::firstAlternativeWord)
-            match = wordInAlternative;
-        else if (start.ordinal >= GazetteerFile::firstAlternative)
-            match = isWhole ? wholeAlternative : alternativeBegins;
-        places[match].add(start.place);
+    Limits limits = limitsFor(factor);
+    const auto look = [&](std::uint32_t block) {
+        const std::uint32_t begin = std::max(block * GazetteerFile::wordBlock, range.begin);
+        const std::uint32_t end = std::min((block + 1) * GazetteerFile::wordBlock, range.end);
+        // Behind the whole names none is worth more than the beginning of a name.
+        if (begin >= endOfExact && m_file.bestOfBlock(block) >= limits[nameBegins])
+            return;
+        bool isNews = false;
+        for (std::uint32_t index = begin; index < end; ++index) {
+            const auto start = m_file.wordStart(index);
+            const Match match = matchOf(start.ordinal, index < endOfExact);
+            if (start.place >= limits[match])
+                continue;
+            keep(start.place, (m_file.population(start.place) + 1.0) * weights[match] * factor);
+            isNews = true;
+        }
+        if (isNews)
+            limits = limitsFor(factor);
+    };
+    if (range.size() == 0)
+        return;
+    const std::uint32_t first = range.begin / GazetteerFile::wordBlock;
+    const std::uint32_t last = (range.end - 1) / GazetteerFile::wordBlock;
+    // With the most populous places found first, hardly anything of the rest has to be looked at.
+    if (last - first > promisingBlocks) {
+        Lowest promising(promisingBlocks);
+        for (std::uint32_t block = first; block <= last; ++block)
+            promising.add(m_file.bestOfBlock(block));
+        const std::uint32_t bound = promising.values().back();
+        for (std::uint32_t block = first; block <= last; ++block) {
+            if (m_file.bestOfBlock(block) <= bound)
+                look(block);
+        }
     }
-    for (std::size_t match = 0; match < matchCount; ++match)
-        for (const std::uint32_t place : places[match].values())
-            if (place < m_file.placeCount())
-                m_found.push_back({place, (m_file.population(place) + 1.0) * weights[match] * factor});
+    for (std::uint32_t block = first; block <= last; ++block)
+        look(block);
 }
 
 void GazetteerSearch::findAllWords(std::string_view text) {
     const auto words = parts(text, ' ');
     if (words.size() < 2 || words.size() > mostWords)
         return;
-    Lowest candidates(mostCandidates * 2);
-    for (const std::string_view word : words) {
-        const Range range = wordsBeginningWith(word);
+
+    struct Word {
+        std::string_view text;
+        Range range;
+    };
+
+    std::vector<Word> rarest;
+    for (const std::string_view word : words)
+        rarest.push_back({word, wordsBeginningWith(word)});
+    std::ranges::sort(rarest, {}, [](const Word& word) { return word.range.size(); });
+    // A place that has a rarer word, too, was found by that, unless its region or its country has it.
+    std::vector<std::string> rarer;
+    for (const Word& word : rarest) {
         Lowest places(mostCandidates);
-        for (std::uint32_t index = range.begin; index < range.end; ++index)
-            places.add(m_file.wordStart(index).place);
-        for (const std::uint32_t place : places.values())
-            candidates.add(place);
+        for (std::uint32_t index = word.range.begin; index < word.range.end;) {
+            const std::uint32_t block = index / GazetteerFile::wordBlock;
+            const std::uint32_t end = std::min((block + 1) * GazetteerFile::wordBlock, word.range.end);
+            for (; index < end && !places.leavesOut(m_file.bestOfBlock(block)); ++index)
+                places.add(m_file.wordStart(index).place);
+            index = end;
+        }
+        for (const std::uint32_t place : places.values()) {
+            if (place >= m_file.placeCount())
+                continue;
+            const std::string_view around = m_file.regionWords(place);
+            if (std::ranges::all_of(rarer, [around](const std::string& other) { return around.contains(other); }))
+                judge(place, words);
+        }
+        rarer.push_back(' ' + std::string(word.text));
+        if (!m_file.allRegionWords().contains(rarer.back()))
+            return;
     }
-    for (const std::uint32_t place : candidates.values())
-        if (place < m_file.placeCount())
-            judge(place, words);
 }
 
 void GazetteerSearch::judge(std::uint32_t place, const std::vector<std::string_view>& words) {
     m_file.readName(place, m_name);
     m_file.folding().fold(m_name, m_folded);
     std::size_t inName = 0;
-    std::vector<std::string_view> elsewhere;
+    bool areOthersRead = false;
     for (const std::string_view word : words) {
-        if (hasWord(m_folded, word))
+        if (hasWord(m_folded, word)) {
             ++inName;
-        else
-            elsewhere.push_back(word);
-    }
-    if (!elsewhere.empty()) {
-        const GazetteerFile::Region region = m_file.region(place);
-        std::string around;
-        std::string folded;
-        for (const std::string_view part : {region.name, region.abbreviation, region.country, region.countryCode}) {
-            m_file.folding().fold(part, folded);
-            around += folded + '\n';
+            continue;
         }
-        m_file.readAlternatives(place, m_others);
-        for (const std::string_view word : elsewhere) {
-            if (!hasWord(around, word) && !hasWord(m_others, word))
-                return;
-        }
+        if (hasWord(m_file.regionWords(place), word))
+            continue;
+        if (!std::exchange(areOthersRead, true))
+            m_file.readAlternatives(place, m_others);
+        if (!hasWord(m_others, word))
+            return;
     }
     Match match = wordInName;
     if (inName == 0)
@@ -233,21 +333,7 @@ void GazetteerSearch::judge(std::uint32_t place, const std::vector<std::string_v
         match = wholeName;
     else if (m_folded.starts_with(words.front()))
         match = nameBegins;
-    m_found.push_back({place, (m_file.population(place) + 1.0) * weights[match]});
-}
-
-std::vector<std::uint32_t> GazetteerSearch::best() {
-    std::ranges::sort(m_found, [](const Found& a, const Found& b) {
-        return a.weight != b.weight ? a.weight > b.weight : a.place < b.place;
-    });
-    std::vector<std::uint32_t> places;
-    for (const Found& found : m_found) {
-        if (places.size() == m_limit)
-            break;
-        if (std::ranges::find(places, found.place) == places.end())
-            places.push_back(found.place);
-    }
-    return places;
+    keep(place, (m_file.population(place) + 1.0) * weights[match]);
 }
 
 } // namespace corvanta

@@ -51,13 +51,19 @@ private:
     [[nodiscard]] Range wordsBeginningWith(std::string_view text);
     [[nodiscard]] std::uint32_t endOfWhole(Range range, std::size_t length);
 
+    /// What a search keeps of a class of matches: only the places before the one named can still be among the best.
+    using Limits = std::array<std::uint32_t, matchCount>;
+
     void findBeginning(std::string_view text, double factor);
     void findAllWords(std::string_view text);
     void judge(std::uint32_t place, const std::vector<std::string_view>& words);
-    [[nodiscard]] std::vector<std::uint32_t> best();
+    void keep(std::uint32_t place, double weight);
+    [[nodiscard]] Limits limitsFor(double factor) const;
+    [[nodiscard]] static Match matchOf(std::uint8_t ordinal, bool isWhole);
 
     const GazetteerFile& m_file;
     const std::size_t m_limit;
+    /// The best so far, at most as many as are wanted.
     std::vector<Found> m_found;
     std::string m_name;
     std::string m_folded;

@@ -13,6 +13,7 @@ export const limits = {
 const headerSize = 32;
 const textBlock = 16;
 const populationBlock = 64;
+const wordBlock = 64;
 const mask = (1n << 64n) - 1n;
 
 const bytesOf = (text) => Buffer.from(text, 'utf8').toString('latin1');
@@ -95,11 +96,20 @@ function wordStarts(places, fold) {
   });
   starts.sort((a, b) => (a[0] < b[0] ? -1 : a[0] > b[0] ? 1 : a[1] - b[1]));
   const buffer = Buffer.alloc(starts.length * 3);
-  starts.forEach(([, value], index) => buffer.writeUIntLE(value, index * 3, 3));
-  return buffer;
+  const best = Buffer.alloc(Math.ceil(starts.length / wordBlock) * 3, 0xff);
+  starts.forEach(([, value], index) => {
+    const block = Math.floor(index / wordBlock) * 3;
+    buffer.writeUIntLE(value, index * 3, 3);
+    best.writeUIntLE(Math.min(best.readUIntLE(block, 3), Math.floor(value / 64)), block, 3);
+  });
+  // The beginning of each block's first text, so that most of a search needs no text to be unpacked.
+  const heads = starts
+    .filter((_, index) => index % wordBlock === 0)
+    .map(([text]) => Buffer.from(text.slice(0, 8).padEnd(8, '\0'), 'latin1'));
+  return [buffer, best, Buffer.concat(heads)];
 }
 
-function regionsAndCountries(regions, countries) {
+function regionsAndCountries(regions, countries, fold) {
   const strings = [];
   let length = 0;
   const add = (text) => {
@@ -116,16 +126,19 @@ function regionsAndCountries(regions, countries) {
     fill(buffer);
     return buffer;
   };
+  let words = '';
   const regionTable = regions.map((region) =>
     record(12, region.name, (buffer) => {
+      const country = countries[region.country];
       buffer.writeUInt16LE(region.country, 6);
-      buffer.write(region.abbreviation, 8, 'latin1');
+      buffer.writeUInt32LE(Buffer.byteLength(words), 8);
+      words += ` ${[region.name, region.abbreviation, country.name, country.code].map(fold).filter(Boolean).join(' ')}\n`;
     }),
   );
   const countryTable = countries.map((country) =>
     record(8, country.name, (buffer) => buffer.write(country.code, 6, 'latin1')),
   );
-  return [Buffer.concat(regionTable), Buffer.concat(countryTable), Buffer.concat(strings)];
+  return [Buffer.concat(regionTable), Buffer.concat(countryTable), Buffer.concat(strings), Buffer.from(words)];
 }
 
 function foldingTable(characters, foldCharacter) {
@@ -152,8 +165,8 @@ export function gazetteerFile({ places, regions, countries, characters, fold, fo
     positions(places),
     ...populations(places),
     ...texts(places),
-    wordStarts(places, fold),
-    ...regionsAndCountries(regions, countries),
+    ...wordStarts(places, fold),
+    ...regionsAndCountries(regions, countries, fold),
     foldingTable(characters, foldCharacter),
   ];
   const padded = (size) => Math.ceil(size / 8) * 8;

@@ -56,7 +56,7 @@ function alternativesOf(row, name) {
   const isWorthIt = (text) => {
     if (!latin.test(text)) return population >= 300_000 || (population >= 5_000 && script?.test(text));
     if (population >= 100_000) return text.length > 2;
-    return population >= 15_000 && text.length > 3 && !resembles(text, name);
+    return population >= 20_000 && text.length > 3 && !resembles(text, name);
   };
   // Those of the country itself come first, lest a much named city has no room for them.
   const order = (text) => (script?.test(text) ? 0 : 1);

@@ -46,12 +46,7 @@ public:
     [[nodiscard]] PlaceSearch& placeSearch() override { return m_placeSearch; }
 
     [[nodiscard]] std::unique_ptr<MapSurface> makeMapSurface(QWidget& parent) override {
-        // Not before somebody looks at a map. Without the file there is land everywhere.
-        if (!m_baseMap)
-            m_baseMap = BaseMap::open(MapSetup::baseMapFile());
-        return std::make_unique<WidgetMapSurface>(
-            MapSources{.baseMap = m_baseMap.get(), .labels = nullptr, .tiles = MapSetup::tileOptions(m_preferences)},
-            parent);
+        return std::make_unique<WidgetMapSurface>(m_mapData.sources(MapSetup::tileOptions(m_preferences)), parent);
     }
 
     [[nodiscard]] std::unique_ptr<CommandRunning> makeCommandRunner() override {

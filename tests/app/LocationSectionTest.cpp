@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/LocationSection.h"
 
+#include "OffscreenWindows.h"
 #include "TaskWaiting.h"
 #include "WindowSectionTest.h"
 
@@ -30,6 +31,9 @@ protected:
         }
         return enabled;
     }
+
+private:
+    testing::OffscreenWindows m_offscreen;
 };
 
 TEST_F(LocationSectionTest, SaysThatNoLocationWillBeRestoredWithoutAPoint) {

@@ -28,6 +28,7 @@ protected:
     [[nodiscard]] SectionContext context() {
         return {.coordinator = *coordinator,
                 .desktop = desktop,
+                .placeSearch = placeSearch,
                 .clock = clock,
                 .tasks = tasks,
                 .makeMap = [this](QWidget& parent) {

@@ -105,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(
                       DamageCase{"header", [](QByteArray& bytes) { bytes.truncate(32); }, u"it is too short"_s},
                       DamageCase{"kind", [](QByteArray& bytes) { bytes[0] = 'c'; }, u"it is a file of another kind"_s},
                       DamageCase{"version", [](QByteArray& bytes) { bytes[8] = 2; }, u"it has another version"_s},
-                      DamageCase{"sections", [](QByteArray& bytes) { bytes[12] = 11; },
+                      DamageCase{"sections", [](QByteArray& bytes) { bytes[12] = 14; },
                                  u"it has another number of sections"_s},
                       DamageCase{"cutOff", [](QByteArray& bytes) { bytes.chop(8); }, u"it is not whole"_s},
                       DamageCase{"longer", [](QByteArray& bytes) { bytes.append(8, 0); }, u"it is not whole"_s},
@@ -149,9 +149,11 @@ INSTANTIATE_TEST_SUITE_P(
                       SpoiltCase{"emptySymbol", 5, QByteArray(2295, 0), u"a symbol has no length that there is"_s},
                       SpoiltCase{"longSymbol", 6, QByteArray(2295, 9), u"a symbol has no length that there is"_s},
                       SpoiltCase{"words", 7, QByteArray(4, 0), u"the index of words is not whole"_s},
-                      SpoiltCase{"regions", 8, QByteArray(13, 0), u"the regions are not whole"_s},
-                      SpoiltCase{"countries", 9, QByteArray(7, 0), u"the countries are not whole"_s},
-                      SpoiltCase{"folding", 11, QByteArray(15, 0), u"the folding is not whole"_s}),
+                      SpoiltCase{"wordBlocks", 8, QByteArray(), u"the index of words is not whole"_s},
+                      SpoiltCase{"wordHeads", 9, QByteArray(8, 0), u"the index of words is not whole"_s},
+                      SpoiltCase{"regions", 10, QByteArray(13, 0), u"the regions are not whole"_s},
+                      SpoiltCase{"countries", 11, QByteArray(7, 0), u"the countries are not whole"_s},
+                      SpoiltCase{"folding", 14, QByteArray(15, 0), u"the folding is not whole"_s}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(GazetteerFile, RefusesASectionThatIsOutsideOfIt) {

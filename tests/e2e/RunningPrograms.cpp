@@ -139,6 +139,21 @@ std::optional<Accessible> DrivenCorvanta::map() const {
     return frame ? frame->find([](const Accessible& object) { return object.name() == u"Map"; }) : std::nullopt;
 }
 
+bool DrivenCorvanta::typePlace(const QString& name) const {
+    const auto frame = window();
+    const auto field = frame ? frame->find(u"text"_s, u"Search for a place"_s) : std::nullopt;
+    return field && field->setText(name);
+}
+
+bool DrivenCorvanta::pressBeginningWith(const QString& beginning) const {
+    const auto frame = window();
+    const auto button = frame ? frame->find([&](const Accessible& object) {
+        return object.name().startsWith(beginning) && object.role() != u"text" && object.role() != u"label";
+    })
+                              : std::nullopt;
+    return button && button->press();
+}
+
 QString DrivenCorvanta::mapMiddle() const {
     const auto shown = map();
     return shown ? shown->description() : QString();

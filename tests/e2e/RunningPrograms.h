@@ -67,6 +67,10 @@ public:
     [[nodiscard]] bool isEnabled(const QString& button) const;
     [[nodiscard]] bool typeAddress(const QString& address) const;
     [[nodiscard]] bool openDeviceList() const;
+    /// Types what place to search for.
+    [[nodiscard]] bool typePlace(const QString& name) const;
+    /// Presses the first button whose name begins so.
+    [[nodiscard]] bool pressBeginningWith(const QString& beginning) const;
     /// The middle of the map, "41.3874, 2.1686"; empty while there is no map.
     [[nodiscard]] QString mapMiddle() const;
     /// Picks the place in the middle of the map.

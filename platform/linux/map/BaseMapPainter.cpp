@@ -6,6 +6,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QString>
 
 #include <algorithm>
 #include <bit>
@@ -14,6 +15,8 @@
 #include <vector>
 
 namespace corvanta {
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -189,6 +192,17 @@ double stepped(double least) {
     return 10.0 / 60;
 }
 
+/// "41°24′30″N", with as many parts as there are.
+QString degreesText(double degrees, QChar positive, QChar negative) {
+    const auto seconds = static_cast<int>(std::lround(std::abs(degrees) * 3600));
+    QString text = u"%1°"_s.arg(seconds / 3600);
+    if (seconds % 3600 != 0)
+        text += u"%1′"_s.arg(seconds / 60 % 60, 2, 10, QChar(u'0'));
+    if (seconds % 60 != 0)
+        text += u"%1″"_s.arg(seconds % 60, 2, 10, QChar(u'0'));
+    return text + (degrees < 0 ? negative : positive);
+}
+
 void paintGraticule(QPainter& painter, const MapProjection& projection, const MapPalette& palette) {
     const double strength = std::clamp((projection.camera().zoom - graticuleZoom) / 1.5, 0.0, 1.0);
     if (strength == 0)
@@ -212,16 +226,33 @@ void paintGraticule(QPainter& painter, const MapProjection& projection, const Ma
         painter.drawLine(projection.shown(projection.groundUnwrapped(from)),
                          projection.shown(projection.groundUnwrapped(to)));
     };
+    // Turned lines have no place for their numbers.
+    const bool isNumbered = projection.isFlat() && projection.camera().bearing == 0;
+    QFont small = painter.font();
+    small.setPixelSize(9);
+    painter.setFont(small);
+    QColor ink = palette.secondaryText;
+    ink.setAlphaF(static_cast<float>(strength * 0.75));
+    const auto number = [&](WorldPoint place, QPointF offset, const QString& text) {
+        if (!isNumbered)
+            return;
+        const QPen line = painter.pen();
+        painter.setPen(ink);
+        painter.drawText(projection.shown(projection.groundUnwrapped(place)) + offset, text);
+        painter.setPen(line);
+    };
     const auto first = [step](double degrees) { return std::ceil(degrees / step); };
-    for (double number = first((left - 0.5) * 360); number * step <= (right - 0.5) * 360; ++number) {
-        const double x = number * step / 360 + 0.5;
+    for (double count = first((left - 0.5) * 360); count * step <= (right - 0.5) * 360; ++count) {
+        const double x = count * step / 360 + 0.5;
         line({x, top}, {x, bottom});
+        number({x, top}, {3, 10}, degreesText(std::remainder(count * step, 360.0), u'E', u'W'));
     }
     const double south = Mercator::unproject({0, bottom}).latitude;
     const double north = Mercator::unproject({0, top}).latitude;
-    for (double number = first(south); number * step <= north; ++number) {
-        const double y = Mercator::project({number * step, 0}).y;
+    for (double count = first(south); count * step <= north; ++count) {
+        const double y = Mercator::project({count * step, 0}).y;
         line({left, y}, {right, y});
+        number({left, y}, {4, -3}, degreesText(count * step, u'N', u'S'));
     }
 }
 

@@ -145,12 +145,25 @@ void GazetteerBuilder::addWordStarts() {
             bytes.append(static_cast<char>(value >> shift & 0xFFU));
     }
     sections.push_back(bytes);
+    QByteArray blocks;
+    QByteArray heads;
+    for (std::size_t block = 0; block < starts.size(); block += 64) {
+        std::uint32_t best = 0xFFFFFF;
+        for (std::size_t index = block; index < std::min(block + 64, starts.size()); ++index)
+            best = std::min(best, starts[index].second / 64);
+        for (const unsigned shift : {0U, 8U, 16U})
+            blocks.append(static_cast<char>(best >> shift & 0xFFU));
+        heads.append(QByteArray::fromStdString(starts[block].first.substr(0, 8)).leftJustified(8, '\0'));
+    }
+    sections.push_back(blocks);
+    sections.push_back(heads);
 }
 
 void GazetteerBuilder::addRegions() {
     QByteArray regions;
     QByteArray countries;
     QByteArray strings;
+    QByteArray words;
     const auto appendText = [&strings](QByteArray& record, const QString& text) {
         append(record, static_cast<std::uint32_t>(strings.size()));
         append(record, static_cast<std::uint16_t>(text.toUtf8().size()));
@@ -159,11 +172,15 @@ void GazetteerBuilder::addRegions() {
     for (std::size_t place = 0; place < m_places.size(); ++place) {
         appendText(regions, m_places[place].region);
         append(regions, static_cast<std::uint16_t>(place));
-        regions.append(m_places[place].abbreviation.toLatin1().leftJustified(4, '\0'));
+        append(regions, static_cast<std::uint32_t>(words.size()));
+        for (const QString& text : {m_places[place].region, m_places[place].abbreviation, m_places[place].country,
+                                    m_places[place].countryCode})
+            words.append(' ').append(text.toLower().toUtf8());
+        words.append('\n');
         appendText(countries, m_places[place].country);
         countries.append(m_places[place].countryCode.toLatin1().leftJustified(2, ' '));
     }
-    sections.insert(sections.end(), {regions, countries, strings});
+    sections.insert(sections.end(), {regions, countries, strings, words});
 }
 
 QByteArray GazetteerBuilder::file() const {
