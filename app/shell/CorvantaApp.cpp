@@ -78,6 +78,11 @@ void CorvantaApp::connectParts() {
     connect(&m_terminationSignals, &TerminationSignals::terminationRequested, this, &CorvantaApp::leaveEarly);
     connect(&m_menuBarExtra.menu(), &MenuBarContentView::openRequested, this, &CorvantaApp::openWindow);
     connect(&m_menuBarExtra.menu(), &MenuBarContentView::quitRequested, this, &CorvantaApp::leaveEarly);
+    // The system may end the program by ways of its own, such as the Dock's menu or a logout.
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [this] {
+        if (!m_isLeaving)
+            m_coordinator.stopWorkspace();
+    });
 }
 
 void CorvantaApp::start() {
@@ -110,11 +115,14 @@ void CorvantaApp::openWindow() {
 }
 
 void CorvantaApp::makeWindow() {
-    auto* const view = new WorkspaceView({.coordinator = m_coordinator,
-                                          .desktop = m_platform->desktop(),
-                                          .clock = m_platform->clock(),
-                                          .tasks = m_tasks},
-                                         [this](QWidget* window) { windowChanged(window); });
+    auto* const view =
+        new WorkspaceView({.coordinator = m_coordinator,
+                           .desktop = m_platform->desktop(),
+                           .placeSearch = m_platform->placeSearch(),
+                           .clock = m_platform->clock(),
+                           .tasks = m_tasks,
+                           .makeMap = [this](QWidget& parent) { return m_platform->makeMapSurface(parent); }},
+                          [this](QWidget* window) { windowChanged(window); });
     m_window = std::make_unique<WorkspaceWindow>(view, m_commands);
     connect(m_window.get(), &WorkspaceWindow::closing, this, &CorvantaApp::windowClosing);
     connect(m_window.get(), &WorkspaceWindow::quitRequested, this, &CorvantaApp::leaveEarly);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "SingleInstance.h"
 #include "shell/AppIdentity.h"
 #include "shell/CommandLine.h"
 #include "shell/CorvantaApp.h"
-#include "shell/SingleInstance.h"
 #include "window/Appearance.h"
 
 #include <QApplication>
@@ -55,17 +55,17 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
 
-    corvanta::SingleInstance instance;
+    const auto instance = corvanta::makeSingleInstance();
     // An unattended run does its own work whoever else is there, and takes over nobody's.
     if (!outcome.commandLine->screenshot) {
-        if (const auto status = handOver(instance, arguments))
+        if (const auto status = handOver(*instance, arguments))
             return *status;
     }
 
     corvanta::applyAppearance(application);
     corvanta::CorvantaApp app(corvanta::makePlatform(), *outcome.commandLine);
-    QObject::connect(&app, &corvanta::CorvantaApp::leaving, &instance, &corvanta::SingleInstance::release);
-    QObject::connect(&instance, &corvanta::SingleInstance::opened, &app, [&app](const QStringList& handed) {
+    QObject::connect(&app, &corvanta::CorvantaApp::leaving, &app, [&instance] { instance->release(); });
+    instance->setOpenedHandler([&app](const QStringList& handed) {
         app.open(corvanta::parseCommandLine(handed).commandLine.value_or(corvanta::CommandLine()));
     });
     app.start();

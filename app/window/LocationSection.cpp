@@ -2,10 +2,12 @@
 #include "window/LocationSection.h"
 
 #include "locations/CoordinateFormatter.h"
+#include "window/PlaceSearchBox.h"
 #include "window/widgets/ButtonRows.h"
 #include "window/widgets/Buttons.h"
 #include "window/widgets/Card.h"
 #include "window/widgets/IconButton.h"
+#include "window/widgets/MapBox.h"
 #include "window/widgets/TextLabel.h"
 #include "workspace/WorkspaceCoordinator.h"
 
@@ -20,11 +22,14 @@ LocationSection::LocationSection(const SectionContext& context, QWidget* parent)
     : QWidget(parent)
     , m_coordinator(context.coordinator)
     , m_tasks(context.tasks)
+    , m_map(new MapBox(context.makeMap))
     , m_name(new TextLabel(TextStyle::body))
     , m_coordinate(new TextLabel(TextStyle::secondary))
     , m_set(makeButton(u"Set Location"_s, Symbol::location, Emphasis::prominent))
     , m_clear(makeButton(u"Clear"_s, Symbol::locationOff)) {
     Card& card = addCard(*this, u"Location"_s);
+    card.rows().addWidget(new PlaceSearchBox(context));
+    card.rows().addWidget(m_map);
     card.rows().addWidget(makeSelectionLine());
     auto* const buttons = new QWidget;
     auto* const row = new QHBoxLayout(buttons);
@@ -44,8 +49,11 @@ LocationSection::LocationSection(const SectionContext& context, QWidget* parent)
          {&WorkspaceCoordinator::selectedCoordinateChanged, &WorkspaceCoordinator::isLocationWorkingChanged,
           &WorkspaceCoordinator::selectedDeviceIDChanged, &WorkspaceCoordinator::devicesChanged})
         connect(&m_coordinator, changed, this, &LocationSection::updateButtons);
+    // The last that it tells of a selection: by then all of it has changed.
+    connect(&m_coordinator, &WorkspaceCoordinator::mapSelectionIDChanged, this, &LocationSection::updateMap);
     showSelection();
     updateButtons();
+    updateMap();
 }
 
 QWidget* LocationSection::makeSelectionLine() {
@@ -71,6 +79,14 @@ void LocationSection::showSelection() {
     const auto& coordinate = m_coordinator.selectedCoordinate();
     m_coordinate->showText(coordinate ? CoordinateFormatter::coordinatePair(*coordinate)
                                       : u"No location will be restored"_s);
+}
+
+void LocationSection::updateMap() {
+    m_map->show({.selectedCoordinate = [this] { return m_coordinator.selectedCoordinate(); },
+                 .selectionID = m_coordinator.mapSelectionID(),
+                 .recenterOnSelection = m_coordinator.recenterMapOnSelection(),
+                 .onCoordinateSelected =
+                     [this](Coordinate point) { m_coordinator.selectLocation(point, u"Dropped Pin"_s, false); }});
 }
 
 void LocationSection::updateButtons() {

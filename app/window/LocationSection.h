@@ -9,6 +9,7 @@ class QPushButton;
 
 namespace corvanta {
 
+class MapBox;
 class TextLabel;
 
 /// The point that the device is to believe it is at.
@@ -21,10 +22,12 @@ public:
 private:
     [[nodiscard]] QWidget* makeSelectionLine();
     void showSelection();
+    void updateMap();
     void updateButtons();
 
     WorkspaceCoordinator& m_coordinator;
     TaskScope& m_tasks;
+    MapBox* m_map;
     TextLabel* m_name;
     TextLabel* m_coordinate;
     QPushButton* m_set;

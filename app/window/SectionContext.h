@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "window/widgets/MapBox.h"
+
 namespace corvanta {
 
 class Clock;
 class Desktop;
+class PlaceSearch;
 class TaskScope;
 class WorkspaceCoordinator;
 
@@ -12,8 +15,10 @@ class WorkspaceCoordinator;
 struct SectionContext {
     WorkspaceCoordinator& coordinator;
     Desktop& desktop;
+    PlaceSearch& placeSearch;
     const Clock& clock;
     TaskScope& tasks;
+    MapMaking makeMap;
 };
 
 } // namespace corvanta

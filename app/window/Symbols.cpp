@@ -40,6 +40,8 @@ QString fileName(Symbol symbol) {
         return u"play"_s;
     case Symbol::refresh:
         return u"refresh"_s;
+    case Symbol::search:
+        return u"search"_s;
     case Symbol::columns:
         return u"columns"_s;
     case Symbol::stop:

@@ -17,6 +17,7 @@ enum class Symbol {
     blocked,
     play,
     refresh,
+    search,
     columns,
     stop,
     compass,

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "AtspiAccessibilityClient.h"
-#include "CoordinatePlaceSearch.h"
+#include "DataFolder.h"
 #include "LabCommandRunner.h"
 #include "LinuxDesktop.h"
+#include "LinuxPlaceSearch.h"
+#include "MapSetup.h"
 #include "Platform.h"
 #include "SettingsPreferencesStore.h"
+#include "WidgetMapSurface.h"
 #include "X11ControlWindow.h"
 #include "X11Screens.h"
 #include "X11Windows.h"
@@ -42,6 +45,10 @@ public:
 
     [[nodiscard]] PlaceSearch& placeSearch() override { return m_placeSearch; }
 
+    [[nodiscard]] std::unique_ptr<MapSurface> makeMapSurface(QWidget& parent) override {
+        return std::make_unique<WidgetMapSurface>(m_mapData.sources(MapSetup::tileOptions(m_preferences)), parent);
+    }
+
     [[nodiscard]] std::unique_ptr<CommandRunning> makeCommandRunner() override {
         return std::make_unique<LabCommandRunner>(std::make_unique<FoundationProcessRunner>(), m_lab);
     }
@@ -57,7 +64,9 @@ private:
     LabFolder m_lab;
     SystemClock m_clock;
     SettingsPreferencesStore m_preferences;
-    CoordinatePlaceSearch m_placeSearch;
+    LinuxPlaceSearch m_placeSearch{dataFile(QStringLiteral("places/places.gazetteer")),
+                                   placeSearchAddress(m_preferences), m_clock};
+    MapData m_mapData;
     X11Windows m_windows;
     X11Screens m_screens{m_windows};
     AtspiAccessibilityClient m_accessibility{m_windows, [this] { return m_screens.primaryOrigin(); }};

@@ -41,7 +41,8 @@ public:
     /// The path of the application with that bundle identifier; nothing when it is not installed.
     [[nodiscard]] virtual std::optional<QString> applicationPath(const QString& bundleIdentifier) const = 0;
 
-    /// Launches the application at `path` without taking the focus away, and returns once it runs.
+    /// Launches the application at `path` and returns once it runs. On macOS it comes forward, as applications do that
+    /// are opened there; on Linux it does not take the focus away.
     /// Throws LocalizedError with the platform's own text when it cannot be launched.
     [[nodiscard]] virtual QCoro::Task<void> openApplication(QString path) = 0;
 

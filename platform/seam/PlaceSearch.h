@@ -13,6 +13,8 @@
 
 namespace corvanta {
 
+class PlaceCompleter;
+
 /// A place that the search suggests for what was typed.
 struct PlaceCompletion {
     QString title;
@@ -27,7 +29,7 @@ struct MapItem {
     Coordinate coordinate;
 };
 
-/// Finds places by name.
+/// Finds places by name. Main thread only.
 class PlaceSearch {
 public:
     PlaceSearch() = default;
@@ -37,6 +39,9 @@ public:
 
     /// The places that a suggestion stands for, the best first; empty when there is none. Throws LocalizedError.
     [[nodiscard]] virtual QCoro::Task<std::vector<MapItem>> search(PlaceCompletion completion) = 0;
+
+    /// A completer of its own for each caller. The search outlives it.
+    [[nodiscard]] virtual std::unique_ptr<PlaceCompleter> makeCompleter() = 0;
 };
 
 } // namespace corvanta

@@ -4,6 +4,7 @@
 #include "AccessibilityClient.h"
 #include "ControlWindow.h"
 #include "Desktop.h"
+#include "MapSurface.h"
 #include "PlaceSearch.h"
 #include "simulator/CommandRunning.h"
 #include "support/Clock.h"
@@ -31,6 +32,10 @@ public:
     [[nodiscard]] virtual Clock& clock() = 0;
     [[nodiscard]] virtual PreferencesStore& preferences() = 0;
     [[nodiscard]] virtual PlaceSearch& placeSearch() = 0;
+
+    /// A map of its own for each caller, whose widget is a child of `parent`. Takes no longer than any widget does; what
+    /// it shows may come later.
+    [[nodiscard]] virtual std::unique_ptr<MapSurface> makeMapSurface(QWidget& parent) = 0;
 
     /// A runner of its own for each caller.
     [[nodiscard]] virtual std::unique_ptr<CommandRunning> makeCommandRunner() = 0;

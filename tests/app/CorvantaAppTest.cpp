@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/CorvantaApp.h"
 
+#include "FakeMapSurface.h"
 #include "FakePlaceSearch.h"
 #include "MemoryPreferencesStore.h"
 #include "OffscreenWindows.h"
@@ -52,6 +53,10 @@ public:
     [[nodiscard]] PreferencesStore& preferences() override { return m_preferences; }
 
     [[nodiscard]] PlaceSearch& placeSearch() override { return m_placeSearch; }
+
+    [[nodiscard]] std::unique_ptr<MapSurface> makeMapSurface(QWidget& parent) override {
+        return std::make_unique<testing::FakeMapSurface>(&parent);
+    }
 
     [[nodiscard]] std::unique_ptr<CommandRunning> makeCommandRunner() override { return m_host.makeCommandRunner(); }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "window/LocationSection.h"
 
+#include "OffscreenWindows.h"
+#include "TaskWaiting.h"
 #include "WindowSectionTest.h"
 
 namespace corvanta {
@@ -29,6 +31,9 @@ protected:
         }
         return enabled;
     }
+
+private:
+    testing::OffscreenWindows m_offscreen;
 };
 
 TEST_F(LocationSectionTest, SaysThatNoLocationWillBeRestoredWithoutAPoint) {
@@ -116,6 +121,63 @@ TEST_F(LocationSectionTest, LeavesItToTheCoordinatorWhatTheStarDoesWithoutAPoint
     const auto& section = show<LocationSection>();
     press(section, u"Save favorite"_s);
     EXPECT_TRUE(coordinator->favorites().empty());
+}
+
+TEST_F(LocationSectionTest, MakesTheMapAfterTheFirstPaint) {
+    makeReady();
+    show<LocationSection>();
+    EXPECT_EQ(map, nullptr);
+    window.resize(430, 500);
+    window.show();
+    ASSERT_TRUE(testing::waitUntil([this] { return map != nullptr; }));
+    EXPECT_EQ(map->widget().height(), 250);
+    EXPECT_EQ(map->widget().width(), map->widget().parentWidget()->width());
+    window.resize(600, 500);
+    EXPECT_TRUE(testing::waitUntil([this] {
+        return map->widget().width() > 500 && map->widget().width() == map->widget().parentWidget()->width();
+    }));
+}
+
+TEST_F(LocationSectionTest, SelectsADroppedPinWhereTheMapIsClicked) {
+    makeReady();
+    const auto& section = show<LocationSection>();
+    window.show();
+    ASSERT_TRUE(testing::waitUntil([this] { return map != nullptr && map->delegate != nullptr; }));
+    const auto regions = map->regionChanges.size();
+    map->click({10, 20});
+    EXPECT_EQ(coordinator->selectedCoordinate(), map->coordinateAt({10, 20}));
+    EXPECT_EQ(coordinator->selectedLocationName(), u"Dropped Pin");
+    EXPECT_FALSE(coordinator->recenterMapOnSelection());
+    EXPECT_THAT(labels(section), Contains("Dropped Pin"));
+    ASSERT_EQ(map->annotations.size(), 1U);
+    EXPECT_EQ(map->annotations.front()->coordinate, coordinator->selectedCoordinate());
+    EXPECT_EQ(map->regionChanges.size(), regions);
+}
+
+TEST_F(LocationSectionTest, MovesTheMapToASelectionThatAsksForItAndNotToAClickAfterwards) {
+    makeReady();
+    show<LocationSection>();
+    window.show();
+    ASSERT_TRUE(testing::waitUntil([this] { return map != nullptr && map->delegate != nullptr; }));
+    const auto regions = map->regionChanges.size();
+    coordinator->selectLocation({37.33182, -122.03118}, u"Office"_s, true);
+    EXPECT_EQ(map->regionChanges.size(), regions + 1);
+    EXPECT_EQ(map->shown.center, (Coordinate{37.33182, -122.03118}));
+    map->click({10, 20});
+    EXPECT_EQ(map->regionChanges.size(), regions + 1);
+    coordinator->selectLocation(barcelona, u"Barcelona"_s, true);
+    EXPECT_EQ(map->regionChanges.size(), regions + 2);
+}
+
+TEST_F(LocationSectionTest, TakesThePinAwayWithTheLocation) {
+    makeReady();
+    const auto& section = show<LocationSection>();
+    window.show();
+    ASSERT_TRUE(testing::waitUntil([this] { return map != nullptr && map->delegate != nullptr; }));
+    coordinator->selectLocation(barcelona, u"Barcelona"_s, true);
+    EXPECT_EQ(map->annotations.size(), 1U);
+    press(section, u"Clear"_s);
+    EXPECT_THAT(map->annotations, IsEmpty());
 }
 
 } // namespace

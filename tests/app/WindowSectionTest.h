@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "FakeMapSurface.h"
 #include "WorkspaceCoordinatorTest.h"
 #include "support/TaskScope.h"
 #include "window/SectionContext.h"
@@ -10,6 +11,7 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,7 +26,16 @@ protected:
 
     /// What the parts of the window work with; the coordinator must have been made.
     [[nodiscard]] SectionContext context() {
-        return {.coordinator = *coordinator, .desktop = desktop, .clock = clock, .tasks = tasks};
+        return {.coordinator = *coordinator,
+                .desktop = desktop,
+                .placeSearch = placeSearch,
+                .clock = clock,
+                .tasks = tasks,
+                .makeMap = [this](QWidget& parent) {
+                    auto made = std::make_unique<testing::FakeMapSurface>(&parent);
+                    map = made.get();
+                    return made;
+                }};
     }
 
     /// The part that is tested, in a window that is not shown unless the test does so.
@@ -95,6 +106,8 @@ protected:
     }
 
     TaskScope tasks;
+    /// The map that was made last; null before the window has been painted. Gone with the window.
+    testing::FakeMapSurface* map = nullptr;
     QWidget window;
 };
 

@@ -73,15 +73,31 @@ TEST_F(WindowTextsTest, SaysThisAndNothingElseAtFirst) {
     makeCoordinator();
     showView();
     EXPECT_EQ(allTexts(), joined({titles,
-                                  {"Idle", "Setup checks", "Check Again", "Workspace", "http://localhost:3000",
-                                   "Simulator", "No available simulators", "Start Workspace", "Open / Reload",
-                                   "Re-tile", "Stop", "Dropped Pin", "No location will be restored", "Set Location",
-                                   "Clear", "Favorites", "Recents", "No favorite locations", "Ready"}}));
+                                  {"Idle",
+                                   "Setup checks",
+                                   "Check Again",
+                                   "Workspace",
+                                   "http://localhost:3000",
+                                   "Simulator",
+                                   "No available simulators",
+                                   "Start Workspace",
+                                   "Open / Reload",
+                                   "Re-tile",
+                                   "Stop",
+                                   "Search for a place",
+                                   "Dropped Pin",
+                                   "No location will be restored",
+                                   "Set Location",
+                                   "Clear",
+                                   "Favorites",
+                                   "Recents",
+                                   "No favorite locations",
+                                   "Ready"}}));
     EXPECT_EQ(toolTips(),
               (TextSet{"<span>No available simulators</span>", "Refresh simulator devices", "Save favorite"}));
     EXPECT_EQ(accessibleNames(), (TextSet{"Check Again", "Page address", "Simulator", "Refresh simulator devices",
-                                          "Start Workspace", "Open / Reload", "Re-tile", "Stop", "Save favorite",
-                                          "Set Location", "Clear", "Saved locations"}));
+                                          "Start Workspace", "Open / Reload", "Re-tile", "Stop", "Search for a place",
+                                          "Save favorite", "Set Location", "Clear", "Saved locations"}));
 }
 
 TEST_F(WindowTextsTest, SaysThisAndNothingElseWhileItRuns) {
@@ -96,11 +112,26 @@ TEST_F(WindowTextsTest, SaysThisAndNothingElseWhileItRuns) {
     }
     EXPECT_EQ(allTexts(), joined({titles,
                                   checks,
-                                  {"Running", "Setup ready", "Check Again", "Workspace", "http://localhost:3000",
-                                   "Simulator", coordinator->devices()[0].displayName().toStdString(),
-                                   coordinator->devices()[1].displayName().toStdString(), "Start Workspace",
-                                   "Open / Reload", "Re-tile", "Stop", "Here", "1.5,-2.25", "Set Location", "Clear",
-                                   "Favorites", "Recents", "Saved favorite"}}));
+                                  {"Running",
+                                   "Setup ready",
+                                   "Check Again",
+                                   "Workspace",
+                                   "http://localhost:3000",
+                                   "Simulator",
+                                   coordinator->devices()[0].displayName().toStdString(),
+                                   coordinator->devices()[1].displayName().toStdString(),
+                                   "Start Workspace",
+                                   "Open / Reload",
+                                   "Re-tile",
+                                   "Stop",
+                                   "Search for a place",
+                                   "Here",
+                                   "1.5,-2.25",
+                                   "Set Location",
+                                   "Clear",
+                                   "Favorites",
+                                   "Recents",
+                                   "Saved favorite"}}));
 }
 
 TEST_F(WindowTextsTest, CallsEachPhaseByItsName) {

@@ -46,7 +46,7 @@ TEST_F(WorkspaceViewTest, WritesAChangedDeviceSelectionIntoTheProfile) {
 TEST_F(WorkspaceViewTest, WritesNothingAnyMoreOnceItIsGone) {
     makeReady();
     {
-        const WorkspaceView gone({.coordinator = *coordinator, .desktop = desktop, .clock = clock, .tasks = tasks}, {});
+        const WorkspaceView gone(context(), {});
     }
     coordinator->setSelectedDeviceID(u"B"_s);
     EXPECT_EQ(storedProfile().selectedDeviceUDID, u"A"_s);
@@ -109,7 +109,8 @@ TEST_F(WorkspaceViewTest, CanBeWalkedThroughByKeyboardInTheOrderInWhichItIsRead)
     for (QWidget* const widget : order)
         names.push_back(nameOf(*widget).toStdString());
     EXPECT_THAT(names, ElementsAre("Check Again", "Simulator", "Refresh simulator devices", "Start Workspace",
-                                   "Save favorite", "Set Location", "Clear", "Saved locations", "One", "Delete One"));
+                                   "Search for a place", "Save favorite", "Set Location", "Clear", "Saved locations",
+                                   "One", "Delete One"));
 }
 
 TEST_F(WorkspaceViewTest, NamesEveryControlForThoseWhoHearIt) {

@@ -79,6 +79,10 @@ QString Accessible::name() const {
     return property(accessibleInterface, u"Name"_s).toString();
 }
 
+QString Accessible::description() const {
+    return property(accessibleInterface, u"Description"_s).toString();
+}
+
 QString Accessible::role() const {
     const QVariantList reply = call(accessibleInterface, u"GetRoleName"_s);
     return reply.isEmpty() ? QString() : reply.front().toString();

@@ -21,6 +21,7 @@ public:
     Accessible(QString busName, QString path);
 
     [[nodiscard]] QString name() const;
+    [[nodiscard]] QString description() const;
     [[nodiscard]] QString role() const;
     [[nodiscard]] int processID() const;
     [[nodiscard]] bool isSensitive() const;

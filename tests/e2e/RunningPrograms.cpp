@@ -162,6 +162,43 @@ std::optional<Accessible> DrivenCorvanta::devicePicker() const {
     return frame ? frame->find([](const Accessible& object) { return object.role() == u"combo box"; }) : std::nullopt;
 }
 
+std::optional<Accessible> DrivenCorvanta::map() const {
+    const auto frame = window();
+    return frame ? frame->find([](const Accessible& object) { return object.name() == u"Map"; }) : std::nullopt;
+}
+
+bool DrivenCorvanta::typePlace(const QString& name) const {
+    const auto frame = window();
+    const auto field = frame ? frame->find(u"text"_s, u"Search for a place"_s) : std::nullopt;
+    return field && field->setText(name);
+}
+
+bool DrivenCorvanta::pressBeginningWith(const QString& beginning) const {
+    const auto frame = window();
+    const auto button = frame ? frame->find([&](const Accessible& object) {
+        return object.name().startsWith(beginning) && object.role() != u"text" && object.role() != u"label";
+    })
+                              : std::nullopt;
+    return button && button->press();
+}
+
+QString DrivenCorvanta::mapMiddle() const {
+    const auto shown = map();
+    return shown ? shown->description() : QString();
+}
+
+bool DrivenCorvanta::pickMapMiddle() const {
+    const auto shown = map();
+    return shown && shown->press();
+}
+
+bool DrivenCorvanta::hasPinAt(const QString& place) const {
+    const auto shown = map();
+    const auto pin = shown ? shown->find([](const Accessible& object) { return object.name() == u"Selected Location"; })
+                           : std::nullopt;
+    return pin && pin->description().endsWith(place);
+}
+
 bool DrivenCorvanta::typeAddress(const QString& address) const {
     const auto field = addressField();
     return field && field->setText(address);

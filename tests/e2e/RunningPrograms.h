@@ -86,6 +86,16 @@ public:
     [[nodiscard]] bool isItemEnabled(const QString& menuItem) const;
     [[nodiscard]] bool typeAddress(const QString& address) const;
     [[nodiscard]] bool openDeviceList() const;
+    /// Types what place to search for.
+    [[nodiscard]] bool typePlace(const QString& name) const;
+    /// Presses the first button whose name begins so.
+    [[nodiscard]] bool pressBeginningWith(const QString& beginning) const;
+    /// The middle of the map, "41.3874, 2.1686"; empty while there is no map.
+    [[nodiscard]] QString mapMiddle() const;
+    /// Picks the place in the middle of the map.
+    [[nodiscard]] bool pickMapMiddle() const;
+    /// Whether the map has a pin there.
+    [[nodiscard]] bool hasPinAt(const QString& place) const;
     /// The address in its field, and the device that the picker shows.
     [[nodiscard]] QString address() const;
     [[nodiscard]] QString device() const;
@@ -95,6 +105,7 @@ private:
     [[nodiscard]] std::optional<Accessible> window() const;
     [[nodiscard]] std::optional<Accessible> find(const QString& role, const QString& name) const;
     [[nodiscard]] std::optional<Accessible> devicePicker() const;
+    [[nodiscard]] std::optional<Accessible> map() const;
 
     QProcess m_process;
     QByteArray m_output;

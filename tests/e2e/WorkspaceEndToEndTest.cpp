@@ -77,6 +77,57 @@ TEST_F(WorkspaceEndToEnd, LetsThePageSeeTheDevice) {
         << qPrintable(report[u"userAgent"_s].toString());
 }
 
+TEST_F(WorkspaceEndToEnd, GivesThePageThePlaceThatIsPickedOnTheMap) {
+    launchOnSample({u"--device"_s, u"iPhone 16 Pro"_s});
+    startAndWait();
+    ASSERT_TRUE(eventually([this] { return m_corvanta.mapMiddle() == u"41.3874, 2.1686"; }))
+        << m_corvanta.mapMiddle().toStdString();
+    EXPECT_FALSE(m_corvanta.hasPinAt(u"41.3874, 2.1686"_s));
+    ASSERT_TRUE(m_corvanta.pickMapMiddle());
+    ASSERT_TRUE(eventually([this] { return m_corvanta.shows(u"41.3874,2.1686"_s); })) << shownTexts();
+    EXPECT_TRUE(m_corvanta.shows(u"Dropped Pin"_s));
+    EXPECT_TRUE(eventually([this] { return m_corvanta.hasPinAt(u"41.3874, 2.1686"_s); }));
+    EXPECT_EQ(m_corvanta.mapMiddle(), u"41.3874, 2.1686");
+    ASSERT_TRUE(m_corvanta.press(u"Set Location"_s));
+    EXPECT_TRUE(eventually([this] {
+        return m_site
+            .report([](const QJsonObject& report) {
+                return std::abs(report[u"latitude"_s].toDouble() - 41.3874) < 1e-6 &&
+                       std::abs(report[u"longitude"_s].toDouble() - 2.1686) < 1e-6;
+            })
+            .has_value();
+    }));
+}
+
+TEST_F(WorkspaceEndToEnd, GivesThePageThePlaceThatIsFoundByItsName) {
+    launchOnSample({u"--device"_s, u"iPhone 16 Pro"_s});
+    startAndWait();
+    ASSERT_TRUE(eventually([this] { return m_corvanta.mapMiddle() == u"41.3874, 2.1686"; }));
+    ASSERT_TRUE(m_corvanta.typePlace(u"reykjavik"_s));
+    // The suggestion's button is named by what it shows.
+    ASSERT_TRUE(eventually([this] { return m_corvanta.pressBeginningWith(u"Reykjav"_s); })) << shownTexts();
+    const auto isReykjavik = [](double latitude, double longitude) {
+        return std::abs(latitude - 64.1) < 0.2 && std::abs(longitude + 21.9) < 0.2;
+    };
+    const auto middle = [this] {
+        const QStringList parts = m_corvanta.mapMiddle().split(u", "_s);
+        return parts.size() == 2 ? std::pair(parts[0].toDouble(), parts[1].toDouble()) : std::pair(0.0, 0.0);
+    };
+    ASSERT_TRUE(eventually([&] { return isReykjavik(middle().first, middle().second); }))
+        << m_corvanta.mapMiddle().toStdString();
+    EXPECT_TRUE(eventually([this] { return m_corvanta.hasPinAt(m_corvanta.mapMiddle()); }));
+    const QString place = m_corvanta.mapMiddle();
+    ASSERT_TRUE(m_corvanta.press(u"Set Location"_s));
+    ASSERT_TRUE(eventually([&] {
+        return m_site
+            .report([&](const QJsonObject& report) {
+                return isReykjavik(report[u"latitude"_s].toDouble(), report[u"longitude"_s].toDouble());
+            })
+            .has_value();
+    }));
+    EXPECT_EQ(m_corvanta.mapMiddle(), place);
+}
+
 TEST_F(WorkspaceEndToEnd, StartsAgainAfterStop) {
     launchOnSample();
     startAndWait();

@@ -48,7 +48,12 @@ Scene::~Scene() {
 }
 
 SectionContext Scene::context() {
-    return {.coordinator = *coordinator, .desktop = desktop, .clock = clock, .tasks = m_tasks};
+    return {.coordinator = *coordinator,
+            .desktop = desktop,
+            .placeSearch = placeSearch,
+            .clock = clock,
+            .tasks = m_tasks,
+            .makeMap = makeMap};
 }
 
 void Scene::prepare() {

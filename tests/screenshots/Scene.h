@@ -7,6 +7,7 @@
 #include "FakeControlWindow.h"
 #include "FakeDesktop.h"
 #include "FakeError.h"
+#include "FakeMapSurface.h"
 #include "FakePlaceSearch.h"
 #include "FakePreflightProbe.h"
 #include "FakeSafari.h"
@@ -44,6 +45,9 @@ public:
     void fail(const QString& status, const std::optional<QString>& recovery);
     /// Selects a point, saves two favourites and goes back to the first.
     void visit();
+
+    /// Who makes the map.
+    MapMaking makeMap = [](QWidget& parent) { return std::make_unique<FakeMapSurface>(&parent); };
 
     VirtualClock clock;
     CallLog log{clock};

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Renders the control window in every state that it has, and the alerts about updates, light, dark and of high
 // contrast, at the scale of QT_SCALE_FACTOR.
+#include "MapSetup.h"
 #include "Scene.h"
+#include "WidgetMapSurface.h"
 #include "shell/UpdateAlertDialog.h"
 #include "window/Appearance.h"
 #include "window/WorkspaceView.h"
@@ -19,6 +21,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -161,8 +164,15 @@ QPalette paletteFor(const QString& look) {
     return palette;
 }
 
+/// The real map, without a network.
+std::unique_ptr<MapSurface> makeMap(QWidget& parent) {
+    static MapData data;
+    return std::make_unique<WidgetMapSurface>(data.sources({}), parent);
+}
+
 bool render(const State& state, const QString& file) {
     Scene scene;
+    scene.makeMap = makeMap;
     state.lead(scene);
     WorkspaceView view(scene.context(), [](QWidget*) {});
     view.resize(state.size);
@@ -173,7 +183,8 @@ bool render(const State& state, const QString& file) {
             button->setFocus(Qt::TabFocusReason);
     }
     const auto* const content = view.findChild<QWidget*>(u"scrolledContent"_s);
-    for (int round = 0; round < 3; ++round) {
+    for (int round = 0; round < 4; ++round) {
+        view.grab();
         QCoreApplication::processEvents();
         if (state.isWhole)
             view.resize(view.width(), view.height() + content->height() - content->parentWidget()->height());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "CallLog.h"
+#include "FakePlaceCompleter.h"
 #include "PlaceSearch.h"
 #include "Script.h"
 
@@ -22,8 +23,16 @@ public:
         co_return std::vector(found); // Returning the member itself would move from it.
     }
 
+    [[nodiscard]] std::unique_ptr<PlaceCompleter> makeCompleter() override {
+        auto completer = std::make_unique<FakePlaceCompleter>(m_log);
+        latestCompleter = completer.get();
+        return completer;
+    }
+
     Script<PlaceSearchOperation> script;
     std::vector<MapItem> found;
+    /// The completer that was made last; whoever asked for it owns it.
+    FakePlaceCompleter* latestCompleter = nullptr;
 
 private:
     CallLog& m_log;

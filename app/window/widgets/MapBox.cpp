@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "window/widgets/MapBox.h"
+
+#include "window/Appearance.h"
+#include "window/widgets/RoundedFrame.h"
+
+#include <QPainter>
+#include <QTimer>
+
+#include <utility>
+
+namespace corvanta {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int boxHeight = 250;
+/// Long enough for the window to have been painted.
+constexpr auto unseenDelay = 300ms;
+
+} // namespace
+
+MapBox::MapBox(MapMaking makeMap, QWidget* parent)
+    : QWidget(parent)
+    , m_makeMap(std::move(makeMap)) {
+    setFixedHeight(boxHeight);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    new RoundedFrame(*this);
+}
+
+MapBox::~MapBox() {
+    if (m_map)
+        m_map->setDelegate(nullptr);
+}
+
+void MapBox::show(const LocationMapView& view) {
+    m_view = view;
+    if (m_map)
+        m_view.updateMap(*m_map, *m_mapCoordinator);
+}
+
+void MapBox::loadAfter(std::chrono::milliseconds delay) {
+    if (!m_map)
+        QTimer::singleShot(delay, this, &MapBox::load);
+}
+
+void MapBox::load() {
+    if (m_map)
+        return;
+    m_map = m_makeMap(*this);
+    m_mapCoordinator = std::make_unique<LocationMapView::Coordinator>(*m_map, m_view);
+    m_map->widget().setGeometry(rect());
+    LocationMapView::makeMap(*m_map, *m_mapCoordinator);
+    m_view.updateMap(*m_map, *m_mapCoordinator);
+    m_map->widget().show();
+}
+
+void MapBox::showEvent(QShowEvent*) {
+    loadAfter(unseenDelay);
+}
+
+void MapBox::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), Appearance::current().controlPressed);
+    loadAfter(0ms);
+}
+
+void MapBox::resizeEvent(QResizeEvent*) {
+    if (m_map)
+        m_map->widget().setGeometry(rect());
+}
+
+} // namespace corvanta

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "MapSetup.h"
+
+#include "places/GazetteerError.h"
+#include "support/PreferencesStore.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QStandardPaths>
+
+#include <utility>
+
+namespace corvanta {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr auto variable = "CORVANTA_MAP_TILES_URL";
+
+QString tilesURL(const PreferencesStore& preferences) {
+    if (qEnvironmentVariableIsSet(variable))
+        return qEnvironmentVariable(variable);
+    if (const auto chosen = preferences.data(u"mapTilesURL"_s))
+        return QString::fromUtf8(*chosen);
+    return QStringLiteral(CORVANTA_MAP_TILES_URL);
+}
+
+} // namespace
+
+QString MapSetup::dataFile(const QString& name) {
+    const QString chosen = qEnvironmentVariable("CORVANTA_DATA_DIR");
+    const QString folder = chosen.isEmpty() ? QCoreApplication::applicationDirPath() + u"/../share/corvanta"_s : chosen;
+    return QDir::cleanPath(QDir(folder).absoluteFilePath(name));
+}
+
+MapTileOptions MapSetup::tileOptions(const PreferencesStore& preferences) {
+    MapTileOptions options;
+    options.urlTemplate = tilesURL(preferences).trimmed();
+    options.userAgent = u"%1/%2 (map of the control window)"_s.arg(QCoreApplication::applicationName(),
+                                                                   QCoreApplication::applicationVersion());
+    const QString caches = QStandardPaths::writableLocation(QStandardPaths::CacheLocation);
+    options.cacheFolder = caches.isEmpty() ? QString() : caches + u"/map-tiles"_s;
+    return options;
+}
+
+MapSources MapData::sources(const MapTileOptions& tiles) {
+    if (!std::exchange(m_isOpen, true)) {
+        m_baseMap = BaseMap::open(MapSetup::dataFile(u"basemap/world.basemap"_s));
+        try {
+            m_gazetteer = std::make_unique<Gazetteer>(MapSetup::dataFile(u"places/places.gazetteer"_s));
+            m_labels = std::make_unique<GazetteerLabels>(*m_gazetteer);
+        } catch (const GazetteerError&) {
+            m_gazetteer.reset();
+        }
+    }
+    return {.baseMap = m_baseMap.get(), .labels = m_labels.get(), .tiles = tiles};
+}
+
+} // namespace corvanta

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+
+namespace corvanta {
+
+/// Where map tiles come from, and how politely they are asked for.
+struct MapTileOptions {
+    /// With {z}, {x} and {y}; no tiles are asked for when it is empty.
+    QString urlTemplate;
+    /// Who asks, as the tile server sees it.
+    QString userAgent;
+    /// The folder of answers that may be used again; none when it is empty.
+    QString cacheFolder;
+    qint64 cacheBytes = 64 << 20;
+    int highestZoom = 19;
+    int mostRequests = 2;
+    qint64 mostBytes = 1 << 20;
+    int mostPixels = 1024;
+    std::chrono::milliseconds timeout = std::chrono::seconds(15);
+    /// The pause after a failure; each further one doubles it.
+    std::chrono::milliseconds firstPause = std::chrono::seconds(4);
+    std::chrono::milliseconds longestPause = std::chrono::minutes(5);
+
+    /// Whether the template is one: http or https with all three parts.
+    [[nodiscard]] bool isUsable() const;
+    /// Whose data the tiles are, as has to be shown; empty when that is not known.
+    [[nodiscard]] QString attribution() const;
+
+    bool operator==(const MapTileOptions&) const = default;
+};
+
+} // namespace corvanta

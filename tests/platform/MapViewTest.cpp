@@ -1,0 +1,381 @@
+// SPDX-License-Identifier: MIT
+#include "MapView.h"
+
+#include "MapText.h"
+#include "TaskWaiting.h"
+#include "WidgetMapSurface.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QPointingDevice>
+#include <QStyle>
+#include <QWheelEvent>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+namespace corvanta {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using ::testing::ElementsAre;
+
+constexpr Coordinate barcelona{41.3874, 2.1686};
+constexpr MapFeatures all{true, true, true, true, true, true, true};
+constexpr QSize size(430, 250);
+constexpr QPointF middle(215, 125);
+
+/// Two towns, one of them larger.
+class TwoTowns final : public MapLabelSource {
+public:
+    [[nodiscard]] std::vector<MapLabel> labelsIn(const WorldArea&, double, int) const override {
+        return {{MapLabel::Kind::city, u"Large"_s, Mercator::project({41.39, 2.17}), 100},
+                {MapLabel::Kind::town, u"Hidden"_s, Mercator::project({41.3902, 2.1702}), 10},
+                {MapLabel::Kind::town, u"Small"_s, Mercator::project({41.41, 2.14}), 10}};
+    }
+};
+
+class Listener final : public MapSurfaceDelegate {
+public:
+    [[nodiscard]] std::optional<MapMarkerStyle> viewFor(const MapAnnotation&) override {
+        return MapMarkerStyle{u"selected-location"_s, MapMarkerStyle::Tint::systemBlue, u"location.fill"_s,
+                              u"Selected location"_s};
+    }
+
+    void handleClick(MapGestureState state, QPointF point) override {
+        EXPECT_EQ(state, MapGestureState::ended);
+        clicks.push_back(point);
+    }
+
+    std::vector<QPointF> clicks;
+};
+
+class MapViewTest : public ::testing::Test {
+protected:
+    MapViewTest()
+        : m_map(BaseMap::open(QStringLiteral(CORVANTA_BASE_MAP)))
+        , surface(MapSources{.baseMap = m_map.get(), .labels = &m_towns, .tiles = {}}, window) {
+        window.resize(size);
+        surface.setFeatures(all);
+        surface.setDelegate(&listener);
+        surface.setRegion({barcelona, {0.1, 0.1}}, MapMotion::immediate);
+        surface.widget().setGeometry(QRect(QPoint(), size));
+        window.show();
+        QCoreApplication::processEvents();
+    }
+
+    ~MapViewTest() override { surface.setDelegate(nullptr); }
+
+    [[nodiscard]] MapView& map() { return static_cast<MapView&>(surface.widget()); }
+
+    void mouse(QEvent::Type type, QPointF point, Qt::MouseButton button = Qt::LeftButton,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        const Qt::MouseButtons down = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
+        QMouseEvent event(type, point, map().mapToGlobal(point), type == QEvent::MouseMove ? Qt::NoButton : button,
+                          down, modifiers);
+        QApplication::sendEvent(&map(), &event);
+    }
+
+    void click(QPointF point) {
+        mouse(QEvent::MouseButtonPress, point);
+        mouse(QEvent::MouseButtonRelease, point);
+    }
+
+    void drag(QPointF from, QPointF to, Qt::MouseButton button = Qt::LeftButton) {
+        mouse(QEvent::MouseButtonPress, from, button);
+        for (int part = 1; part <= 10; ++part)
+            mouse(QEvent::MouseMove, from + (to - from) * part / 10, button);
+        mouse(QEvent::MouseButtonRelease, to, button);
+    }
+
+    bool turnWheel(QPointF point, int angle, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QWheelEvent event(point, map().mapToGlobal(point), {}, {0, angle}, Qt::NoButton, modifiers, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(&map(), &event);
+        return event.isAccepted();
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers);
+        QApplication::sendEvent(&map(), &event);
+    }
+
+    [[nodiscard]] bool rests() {
+        return testing::waitUntil([this] { return map().camera() == map().destination(); });
+    }
+
+    const std::unique_ptr<BaseMap> m_map;
+    TwoTowns m_towns;
+    QWidget window;
+    Listener listener;
+    WidgetMapSurface surface;
+};
+
+TEST_F(MapViewTest, ShowsTheRegionThatWasAskedForBeforeItHadASize) {
+    const MapRegion region = surface.region();
+    EXPECT_NEAR(region.center.latitude, barcelona.latitude, 1e-9);
+    EXPECT_NEAR(region.center.longitude, barcelona.longitude, 1e-9);
+    EXPECT_GE(region.span.latitudeDelta, 0.1 - 1e-9);
+    EXPECT_GE(region.span.longitudeDelta, 0.1 - 1e-9);
+    EXPECT_LT(std::min(region.span.latitudeDelta, region.span.longitudeDelta), 0.101);
+}
+
+TEST_F(MapViewTest, KeepsItsZoomWhereItIsGivenItsOwnSpan) {
+    const double zoom = map().camera().zoom;
+    for (const Coordinate& place : {Coordinate{65, 20}, Coordinate{-10, -70}, barcelona}) {
+        surface.setRegion({place, surface.region().span}, MapMotion::immediate);
+        EXPECT_EQ(map().camera().zoom, zoom);
+        EXPECT_NEAR(surface.region().center.latitude, place.latitude, 1e-9);
+    }
+}
+
+TEST_F(MapViewTest, FliesToARegionAndSaysAtOnceWhereItIsGoing) {
+    surface.setRegion({{41.5, 2.4}, surface.region().span}, MapMotion::animated);
+    EXPECT_NEAR(surface.region().center.latitude, 41.5, 1e-9);
+    EXPECT_NE(map().camera(), map().destination());
+    ASSERT_TRUE(rests());
+    EXPECT_NEAR(surface.coordinateAt(middle).latitude, 41.5, 1e-9);
+}
+
+TEST_F(MapViewTest, KeepsZoomAndTurnWhenItIsSentElsewhereInFlight) {
+    MapCamera turned = map().camera();
+    turned.bearing = 30;
+    map().setCamera(turned, MapMotion::immediate);
+    const double zoom = map().camera().zoom;
+    surface.setRegion({{-33, 151}, surface.region().span}, MapMotion::animated);
+    QCoreApplication::processEvents();
+    surface.setRegion({{51, 0}, surface.region().span}, MapMotion::animated);
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(map().camera().zoom, zoom);
+    EXPECT_EQ(map().camera().bearing, 30);
+}
+
+TEST_F(MapViewTest, TellsOfAClickOnce) {
+    click({100, 40});
+    EXPECT_THAT(listener.clicks, ElementsAre(QPointF(100, 40)));
+}
+
+TEST_F(MapViewTest, MovesWithTheDragAndTellsOfNoClick) {
+    const Coordinate held = surface.coordinateAt({100, 100});
+    drag({100, 100}, {180, 140});
+    EXPECT_TRUE(listener.clicks.empty());
+    // Afterwards it may glide on in the same direction.
+    ASSERT_TRUE(rests());
+    EXPECT_GE(map().projection().pointFor(held).x(), 180 - 1e-6);
+    EXPECT_GE(map().projection().pointFor(held).y(), 140 - 1e-6);
+}
+
+TEST_F(MapViewTest, TakesAShakyClickForOne) {
+    mouse(QEvent::MouseButtonPress, {100, 100});
+    mouse(QEvent::MouseMove, {102, 101});
+    mouse(QEvent::MouseButtonRelease, {102, 101});
+    EXPECT_EQ(listener.clicks.size(), 1U);
+}
+
+TEST_F(MapViewTest, TurnsAndTiltsWithTheRightButton) {
+    drag({200, 200}, {260, 100}, Qt::RightButton);
+    EXPECT_LT(map().camera().bearing, -10);
+    EXPECT_GT(map().camera().pitch, 10);
+    EXPECT_TRUE(listener.clicks.empty());
+    const auto* const compass = map().findChild<MapCompass*>();
+    ASSERT_NE(compass, nullptr);
+    EXPECT_TRUE(compass->isVisible());
+}
+
+TEST_F(MapViewTest, TurnsNorthAtThePressOfTheCompass) {
+    auto* const compass = map().findChild<MapCompass*>();
+    EXPECT_FALSE(compass->isVisible());
+    MapCamera turned = map().camera();
+    turned.bearing = 120;
+    turned.pitch = 40;
+    map().setCamera(turned, MapMotion::immediate);
+    EXPECT_TRUE(compass->isVisible());
+    EXPECT_EQ(compass->accessibleDescription(), u"Heading 120°");
+    compass->click();
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(map().camera().bearing, 0);
+    EXPECT_EQ(map().camera().pitch, 0);
+    EXPECT_TRUE(testing::waitUntil([&] { return !compass->isVisible(); }));
+}
+
+TEST_F(MapViewTest, ZoomsAboutThePointerByTheWheel) {
+    const QPointF point(60, 50);
+    const Coordinate held = surface.coordinateAt(point);
+    const double zoom = map().camera().zoom;
+    EXPECT_TRUE(turnWheel(point, 120, Qt::ControlModifier));
+    ASSERT_TRUE(rests());
+    EXPECT_NEAR(map().camera().zoom, zoom + 0.5, 1e-9);
+    EXPECT_NEAR(surface.coordinateAt(point).latitude, held.latitude, 1e-9);
+    EXPECT_NEAR(surface.coordinateAt(point).longitude, held.longitude, 1e-9);
+}
+
+TEST_F(MapViewTest, LeavesTheWheelToTheWindowUnlessItIsMeant) {
+    map().clearFocus();
+    const MapCamera before = map().camera();
+    EXPECT_FALSE(turnWheel(middle, 120));
+    EXPECT_EQ(map().destination(), before);
+}
+
+TEST_F(MapViewTest, TakesTheWheelOfAPointerThatWasMovedOnIt) {
+    map().clearFocus();
+    mouse(QEvent::MouseMove, {50, 50}, Qt::NoButton);
+    mouse(QEvent::MouseMove, {80, 50}, Qt::NoButton);
+    EXPECT_TRUE(turnWheel({80, 50}, 120));
+}
+
+TEST_F(MapViewTest, ZoomsInByADoubleClick) {
+    const double zoom = map().camera().zoom;
+    click({100, 40});
+    mouse(QEvent::MouseButtonDblClick, {100, 40});
+    mouse(QEvent::MouseButtonRelease, {100, 40});
+    ASSERT_TRUE(rests());
+    EXPECT_NEAR(map().camera().zoom, zoom + 1, 1e-9);
+    EXPECT_EQ(listener.clicks.size(), 1U);
+}
+
+TEST_F(MapViewTest, PinchesAndTurnsByGestures) {
+    const double zoom = map().camera().zoom;
+    const auto* const device = QPointingDevice::primaryPointingDevice();
+    QNativeGestureEvent pinch(Qt::ZoomNativeGesture, device, 2, middle, middle, map().mapToGlobal(middle), 1.0, {});
+    QApplication::sendEvent(&map(), &pinch);
+    EXPECT_NEAR(map().camera().zoom, zoom + 1, 1e-9);
+    QNativeGestureEvent turn(Qt::RotateNativeGesture, device, 2, middle, middle, map().mapToGlobal(middle), 25, {});
+    QApplication::sendEvent(&map(), &turn);
+    EXPECT_NEAR(map().camera().bearing, -25, 1e-9);
+}
+
+TEST_F(MapViewTest, IsMovedByKeys) {
+    const MapCamera before = map().camera();
+    press(Qt::Key_Right);
+    ASSERT_TRUE(rests());
+    EXPECT_GT(map().camera().center.x, before.center.x);
+    press(Qt::Key_Down);
+    ASSERT_TRUE(rests());
+    EXPECT_GT(map().camera().center.y, before.center.y);
+    press(Qt::Key_Plus);
+    ASSERT_TRUE(rests());
+    EXPECT_NEAR(map().camera().zoom, before.zoom + 1, 1e-9);
+    press(Qt::Key_Minus);
+    ASSERT_TRUE(rests());
+    EXPECT_NEAR(map().camera().zoom, before.zoom, 1e-9);
+    press(Qt::Key_Left, Qt::ShiftModifier);
+    ASSERT_TRUE(rests());
+    EXPECT_NEAR(map().camera().bearing, -15, 1e-9);
+    press(Qt::Key_Up, Qt::ShiftModifier);
+    ASSERT_TRUE(rests());
+    EXPECT_NEAR(map().camera().pitch, 10, 1e-9);
+    press(Qt::Key_Home);
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(map().camera().bearing, 0);
+    EXPECT_EQ(map().camera().pitch, 0);
+    press(Qt::Key_Return);
+    EXPECT_THAT(listener.clicks, ElementsAre(middle));
+}
+
+TEST_F(MapViewTest, DoesOnlyWhatItsFeaturesAllow) {
+    surface.setFeatures({});
+    const MapCamera before = map().camera();
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Plus})
+        press(key);
+    press(Qt::Key_Left, Qt::ShiftModifier);
+    press(Qt::Key_Up, Qt::ShiftModifier);
+    drag({100, 100}, {180, 140});
+    drag({100, 100}, {180, 140}, Qt::RightButton);
+    EXPECT_FALSE(turnWheel(middle, 120, Qt::ControlModifier));
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(map().camera(), before);
+}
+
+TEST_F(MapViewTest, StandsThePinOnItsPlace) {
+    const auto annotation =
+        std::make_shared<MapAnnotation>(MapAnnotation{MapAnnotationKind::point, u"Selected Location"_s, barcelona});
+    surface.addAnnotation(annotation);
+    auto* const pin = map().findChild<MapPin*>();
+    ASSERT_NE(pin, nullptr);
+    EXPECT_TRUE(pin->isVisible());
+    EXPECT_EQ(pin->accessibleName(), u"Selected Location");
+    EXPECT_EQ(pin->accessibleDescription(), u"Selected location, 41.3874, 2.1686");
+    const auto tip = [pin] { return QPointF(pin->geometry().center().x() + 0.5, pin->geometry().bottom() - 1); };
+    EXPECT_NEAR(tip().x(), middle.x(), 1.5);
+    EXPECT_NEAR(tip().y(), middle.y(), 1.5);
+    annotation->coordinate = surface.coordinateAt({300, 200});
+    surface.annotationMoved(annotation);
+    EXPECT_NEAR(tip().x(), 300, 1.5);
+    EXPECT_NEAR(tip().y(), 200, 1.5);
+    annotation->coordinate = {-40, 100};
+    surface.annotationMoved(annotation);
+    EXPECT_FALSE(pin->isVisible());
+    surface.removeAnnotation(annotation);
+    EXPECT_EQ(map().findChild<MapPin*>(), nullptr);
+}
+
+TEST_F(MapViewTest, LetsClicksThroughItsPin) {
+    surface.addAnnotation(
+        std::make_shared<MapAnnotation>(MapAnnotation{MapAnnotationKind::point, u"Selected Location"_s, barcelona}));
+    EXPECT_TRUE(map().findChild<MapPin*>()->testAttribute(Qt::WA_TransparentForMouseEvents));
+}
+
+TEST_F(MapViewTest, TellsAssistiveTechnologyWhereItIs) {
+    EXPECT_EQ(map().description(), u"41.3874, 2.1686");
+    EXPECT_TRUE(testing::waitUntil([this] { return map().accessibleDescription() == u"41.3874, 2.1686"; }));
+    surface.setRegion({{-33.8688, 151.2093}, surface.region().span}, MapMotion::immediate);
+    EXPECT_TRUE(testing::waitUntil([this] { return map().accessibleDescription() == u"-33.8688, 151.2093"; }));
+    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&map());
+    ASSERT_NE(interface, nullptr);
+    EXPECT_EQ(interface->text(QAccessible::Name), u"Map");
+    EXPECT_EQ(interface->text(QAccessible::Description), u"-33.8688, 151.2093");
+    EXPECT_EQ(interface->role(), QAccessible::Graphic);
+    ASSERT_NE(interface->actionInterface(), nullptr);
+    interface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_THAT(listener.clicks, ElementsAre(middle));
+}
+
+TEST_F(MapViewTest, NamesWhatThereIsRoomFor) {
+    window.grab();
+    EXPECT_THAT(map().labels().shownNames(), ElementsAre(u"Large"_s, u"Small"_s));
+}
+
+TEST_F(MapViewTest, ShowsLandAndWaterWithoutANetwork) {
+    const QImage image = window.grab().toImage();
+    const MapPalette palette = MapPalette::forPalette(QGuiApplication::palette());
+    EXPECT_EQ(image.pixelColor(QPoint(3, 120)), palette.land);
+    EXPECT_EQ(image.pixelColor(QPoint(426, 120)), palette.water);
+}
+
+TEST_F(MapViewTest, ShowsAPlainMapWithoutItsData) {
+    QWidget other;
+    MapView plain(MapSources{}, &other);
+    plain.setFeatures(all);
+    plain.resize(size);
+    const QImage image = plain.grab().toImage();
+    EXPECT_EQ(image.pixelColor(QPoint(200, 30)), MapPalette::forPalette(QGuiApplication::palette()).land);
+}
+
+TEST_F(MapViewTest, KeepsItsMiddleWhenItsSizeChanges) {
+    map().resize(600, 250);
+    EXPECT_NEAR(surface.coordinateAt({300, 125}).latitude, barcelona.latitude, 1e-9);
+    EXPECT_NEAR(surface.coordinateAt({300, 125}).longitude, barcelona.longitude, 1e-9);
+}
+
+TEST(WidgetMapSurface, MayOutliveItsWidget) {
+    auto window = std::make_unique<QWidget>();
+    WidgetMapSurface surface(MapSources{}, *window);
+    window.reset();
+}
+
+TEST(MapText, WritesCoordinatesShort) {
+    EXPECT_EQ(coordinateText({41.3874, 2.1686}), u"41.3874, 2.1686");
+    EXPECT_EQ(coordinateText({-0.00001, 12}), u"0, 12");
+    EXPECT_EQ(coordinateText({37.331820, -122.0311800001}), u"37.3318, -122.0312");
+}
+
+} // namespace
+
+} // namespace corvanta
