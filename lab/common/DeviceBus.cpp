@@ -157,11 +157,10 @@ void DeviceBus::followRoute(const QString& udid, const LocationRoute& route, std
 
 QByteArray DeviceBus::screenshot(const QString& udid, const ScreenshotOptions& options,
                                  std::chrono::milliseconds limit) {
-    const VariantPointer reply =
-        m_private->callDevice(udid, "Screenshot",
-                              g_variant_new("(ssd)", options.format.toUtf8().constData(),
-                                            options.mask.toUtf8().constData(), options.scale),
-                              limit);
+    const VariantPointer reply = m_private->callDevice(
+        udid, "Screenshot",
+        g_variant_new("(ssd)", options.format.toUtf8().constData(), options.mask.toUtf8().constData(), options.scale),
+        limit);
     const VariantPointer bytes(g_variant_get_child_value(reply.get(), 0));
     gsize size = 0;
     const void* data = g_variant_get_fixed_array(bytes.get(), &size, 1);

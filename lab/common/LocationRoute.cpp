@@ -48,20 +48,36 @@ const std::vector<Scenario>& scenarios() {
     // Ways of our own through Cupertino and San Francisco, at the paces that their names promise.
     static const std::vector<Scenario> known = {
         {u"City Bicycle Ride"_s,
-         {.waypoints = {{37.33182, -122.03118}, {37.32730, -122.03240}, {37.32290, -122.03230}, {37.32270, -122.02300},
-                        {37.32960, -122.02310}, {37.33700, -122.02320}, {37.33740, -122.03220}, {37.33182, -122.03118}},
+         {.waypoints = {{37.33182, -122.03118},
+                        {37.32730, -122.03240},
+                        {37.32290, -122.03230},
+                        {37.32270, -122.02300},
+                        {37.32960, -122.02310},
+                        {37.33700, -122.02320},
+                        {37.33740, -122.03220},
+                        {37.33182, -122.03118}},
           .speed = 6,
           .interval = 1s,
           .repeats = true}},
         {u"City Run"_s,
-         {.waypoints = {{37.33490, -122.00900}, {37.33730, -122.00890}, {37.33730, -122.01420}, {37.33180, -122.01430},
-                        {37.33180, -122.00580}, {37.33490, -122.00900}},
+         {.waypoints = {{37.33490, -122.00900},
+                        {37.33730, -122.00890},
+                        {37.33730, -122.01420},
+                        {37.33180, -122.01430},
+                        {37.33180, -122.00580},
+                        {37.33490, -122.00900}},
           .speed = 3,
           .interval = 1s,
           .repeats = true}},
         {u"Freeway Drive"_s,
-         {.waypoints = {{37.33410, -122.05800}, {37.35190, -122.06830}, {37.37260, -122.08840}, {37.39720, -122.14040},
-                        {37.43010, -122.20880}, {37.46260, -122.28790}, {37.51290, -122.33680}, {37.60870, -122.42130}},
+         {.waypoints = {{37.33410, -122.05800},
+                        {37.35190, -122.06830},
+                        {37.37260, -122.08840},
+                        {37.39720, -122.14040},
+                        {37.43010, -122.20880},
+                        {37.46260, -122.28790},
+                        {37.51290, -122.33680},
+                        {37.60870, -122.42130}},
           .speed = 29,
           .interval = 1s,
           .repeats = true}},
@@ -87,8 +103,8 @@ std::optional<Coordinate> Coordinate::parse(const QString& text) {
 double distance(const Coordinate& from, const Coordinate& to) {
     const double latitude = std::sin(radians(to.latitude - from.latitude) / 2);
     const double longitude = std::sin(radians(to.longitude - from.longitude) / 2);
-    const double square = latitude * latitude +
-                          std::cos(radians(from.latitude)) * std::cos(radians(to.latitude)) * longitude * longitude;
+    const double square =
+        latitude * latitude + std::cos(radians(from.latitude)) * std::cos(radians(to.latitude)) * longitude * longitude;
     return 2 * earthRadius * std::asin(std::min(1.0, std::sqrt(square)));
 }
 
@@ -139,9 +155,8 @@ const QStringList& locationScenarios() {
 }
 
 std::optional<LocationRoute> locationScenario(const QString& name) {
-    const auto found = std::ranges::find_if(scenarios(), [&](const Scenario& scenario) {
-        return scenario.name.compare(name, Qt::CaseInsensitive) == 0;
-    });
+    const auto found = std::ranges::find_if(
+        scenarios(), [&](const Scenario& scenario) { return scenario.name.compare(name, Qt::CaseInsensitive) == 0; });
     return found == scenarios().end() ? std::nullopt : std::optional(found->route);
 }
 

@@ -30,7 +30,8 @@ QByteArray fileBytes(GdkPixbuf* picture, const QByteArray& format) {
     const char* keys[] = {"quality", nullptr};
     const char* values[] = {"85", nullptr};
     const bool isJpeg = format == "jpeg";
-    if (gdk_pixbuf_save_to_bufferv(picture, &buffer, &size, format.constData(), const_cast<char**>(isJpeg ? keys : keys + 1),
+    if (gdk_pixbuf_save_to_bufferv(picture, &buffer, &size, format.constData(),
+                                   const_cast<char**>(isJpeg ? keys : keys + 1),
                                    const_cast<char**>(isJpeg ? values : values + 1), nullptr) != FALSE) {
         result = QByteArray(buffer, static_cast<qsizetype>(size));
         g_free(buffer);
@@ -46,9 +47,8 @@ QByteArray captureScreen(const std::vector<ScreenLayer>& layers, const DeviceTyp
     if (size.isEmpty() || size.width() > 8192 || size.height() > 8192) {
         return {};
     }
-    const std::unique_ptr<cairo_surface_t, SurfaceFreer> surface(
-        cairo_image_surface_create(options.mask == u"alpha" ? CAIRO_FORMAT_ARGB32 : CAIRO_FORMAT_RGB24, size.width(),
-                                   size.height()));
+    const std::unique_ptr<cairo_surface_t, SurfaceFreer> surface(cairo_image_surface_create(
+        options.mask == u"alpha" ? CAIRO_FORMAT_ARGB32 : CAIRO_FORMAT_RGB24, size.width(), size.height()));
     {
         const std::unique_ptr<cairo_t, ContextFreer> context(cairo_create(surface.get()));
         cairo_scale(context.get(), size.width() / layout.screen.width(), size.height() / layout.screen.height());
