@@ -157,6 +157,16 @@ void addScreenOutline(cairo_t* context, const DeviceType& type, const DeviceLayo
     addRoundedRectangle(context, layout.screen, screenRadius(type) * layout.zoom);
 }
 
+void drawSquareCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
+    cairo_save(context);
+    cairo_rectangle(context, layout.screen.x(), layout.screen.y(), layout.screen.width(), layout.screen.height());
+    addScreenOutline(context, type, layout);
+    cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);
+    setColour(context, barColour);
+    cairo_fill(context);
+    cairo_restore(context);
+}
+
 void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
                 const StatusBarContent& statusBar) {
     cairo_pattern_t* surround = cairo_pattern_create_linear(0, 0, 0, area.height());

@@ -62,6 +62,12 @@ QByteArray captureScreen(const std::vector<ScreenLayer>& layers, const DeviceTyp
             cairo_translate(context.get(), layer.place.x(), layer.place.y());
             gtk_widget_draw(layer.widget, context.get());
             cairo_restore(context.get());
+            // The widgets that lie over the first one are cut out sharply, or a line would be left around them.
+            cairo_set_antialias(context.get(), CAIRO_ANTIALIAS_NONE);
+        }
+        if (options.mask == u"ignored") {
+            cairo_set_antialias(context.get(), CAIRO_ANTIALIAS_DEFAULT);
+            drawSquareCorners(context.get(), type, layout);
         }
     }
     const std::unique_ptr<GdkPixbuf, ObjectFreer> picture(

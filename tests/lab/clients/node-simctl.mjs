@@ -163,7 +163,8 @@ await check('changes its appearance', async () => {
   assert.equal(await simulator.getAppearance(), 'dark');
 });
 await check('shuts it down, erases and deletes it', async () => {
-  await simulator.shutdown();
+  await simulator.shutdown({timeout: 10000});
+  assert.equal(await simulator.isShutdown(), true);
   await simulator.clean();
   await simulator.delete();
   assert.deepEqual(await simulator.stat(), {});
