@@ -158,9 +158,14 @@ void addScreenOutline(cairo_t* context, const DeviceType& type, const DeviceLayo
 }
 
 void drawSquareCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
+    if (screenRadius(type) <= 0) {
+        return;
+    }
     cairo_save(context);
+    constexpr double overlap = 3;
     cairo_rectangle(context, layout.screen.x(), layout.screen.y(), layout.screen.width(), layout.screen.height());
-    addScreenOutline(context, type, layout);
+    // A little over the screen's own edge, which is blended with what is behind it.
+    addRoundedRectangle(context, layout.screen, (screenRadius(type) + overlap) * layout.zoom);
     cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);
     setColour(context, barColour);
     cairo_fill(context);
