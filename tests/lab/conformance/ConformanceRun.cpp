@@ -47,7 +47,7 @@ ConformanceRun::ConformanceRun(bool hasBus) {
                 {u"tools"_s, tools}};
     m_environment.insert(u"CORVANTA_LAB_HOME"_s, m_home.path());
     m_environment.insert(u"PATH"_s, tools + u':' + m_environment.value(u"PATH"_s));
-    for (const QString& name : {u"CORVANTA_DEVICE_SET"_s, u"SDKROOT"_s}) {
+    for (const QString& name : {u"CORVANTA_DEVICE_SET"_s, u"SDKROOT"_s, u"DEVELOPER_DIR"_s}) {
         m_environment.remove(name);
     }
     if (!hasBus) {

@@ -3,7 +3,7 @@
 // Drives the device lab with public clients that were written for the Mac's tool, as their users do. The packages are
 // taken as they are from the folder given: see README.md beside this file.
 //
-// usage: node node-simctl.mjs FOLDER-WITH-node_modules
+// usage: node appium.mjs FOLDER-WITH-node_modules
 
 import assert from 'node:assert/strict';
 import {execFileSync} from 'node:child_process';
@@ -135,16 +135,21 @@ await check('names an unknown device', async () => {
   await assert.rejects(simctl.deleteDevice(), /Invalid device: /);
 });
 
-// Its entry asks which Xcode is installed, through a tool that the lab does not have; the class is the one it chooses.
-const {SimulatorXcode15} = await import(fileOf('appium-ios-simulator', 'build', 'lib', 'simulator-xcode-15.js'));
-const {getDevices} = await import(fileOf('appium-ios-simulator', 'build', 'lib', 'utils', 'index.js'));
+// Asks xcode-select which Xcode there is, and chooses its class by that.
+const {getSimulator, simExists} = await import(fileOf('appium-ios-simulator', 'build', 'lib', 'index.js'));
 console.log(`appium-ios-simulator ${version('appium-ios-simulator')}`);
 const udid = execFileSync('xcrun', ['simctl', 'create', 'Second', 'iPhone 16', 'iOS18.2'], {encoding: 'utf8'}).trim();
-const simulator = new SimulatorXcode15(udid, {versionString: '16.4', versionFloat: 16.4, major: 16, minor: 4, toString: () => '16.4'});
+let simulator;
 
-if (getDevices) {
-  await check('lists devices through its helper', async () => assert.ok(Object.keys(await getDevices()).includes('18.2')));
-}
+await check('finds a device by its identifier', async () => {
+  assert.equal(await simExists(udid), true);
+  assert.equal(await simExists('AE05B8C8-8323-4429-9E14-AC6CCBB05A00'), false);
+  simulator = await getSimulator(udid);
+  assert.equal(simulator.udid, udid);
+});
+await check('refuses a device that is not there', async () => {
+  await assert.rejects(getSimulator('AE05B8C8-8323-4429-9E14-AC6CCBB05A00'), /No sim found with udid/);
+});
 await check('reads a device', async () => {
   const stat = await simulator.stat();
   assert.deepEqual([stat.name, stat.state, stat.sdk], ['Second', 'Shutdown', '18.2']);
