@@ -68,7 +68,7 @@ public:
 
     /// What a picture of a device's screen is to be.
     struct ScreenshotOptions {
-        /// "png", "jpeg", "tiff" or "bmp".
+        /// "png", "jpeg", "tiff", "bmp" or "gif".
         QString format = QStringLiteral("png");
         /// What becomes of the screen's corners: "ignored", "alpha" or "black".
         QString mask = QStringLiteral("ignored");

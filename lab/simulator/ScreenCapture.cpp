@@ -2,6 +2,7 @@
 #include "ScreenCapture.h"
 
 #include "DeviceDrawing.h"
+#include "GifPicture.h"
 
 #include <gtk/gtk.h>
 
@@ -27,6 +28,11 @@ struct ObjectFreer {
 };
 
 QByteArray fileBytes(GdkPixbuf* picture, const QByteArray& format) {
+    if (format == "gif") {
+        return gifPicture(gdk_pixbuf_read_pixels(picture),
+                          {gdk_pixbuf_get_width(picture), gdk_pixbuf_get_height(picture)},
+                          gdk_pixbuf_get_rowstride(picture), gdk_pixbuf_get_n_channels(picture));
+    }
     gchar* buffer = nullptr;
     gsize size = 0;
     QByteArray result;

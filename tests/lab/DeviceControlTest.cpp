@@ -153,6 +153,11 @@ TEST_F(DeviceControl, APictureShowsThePageInTheDevicesPixels) {
         QImage::fromData(simctl({u"io"_s, udid, u"screenshot"_s, u"--mask=alpha"_s, u"-"_s}).output, "PNG");
     EXPECT_EQ(cut.pixelColor(0, 0).alpha(), 0);
     EXPECT_EQ(cut.pixelColor(603, 1000), QColor(255, 0, 255));
+    const QImage few =
+        QImage::fromData(simctl({u"io"_s, udid, u"screenshot"_s, u"--type=gif"_s, u"-"_s}).output, "GIF");
+    EXPECT_EQ(few.size(), QSize(1206, 2622));
+    EXPECT_EQ(few.pixelColor(1, 1000), QColor(255, 0, 255));
+    EXPECT_EQ(few.pixelColor(1200, 1700), QColor(255, 0, 255));
 }
 
 TEST_F(DeviceControl, ARecordingEndsWithAMovieWhenInterrupted) {
