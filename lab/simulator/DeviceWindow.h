@@ -38,6 +38,9 @@ public:
     /// Takes the window off the desktop; the device goes on.
     void hide();
 
+    /// Gives the window its title anew.
+    void setDeviceName(const QString& deviceName);
+
     /// Shows the device as its settings say, and its pages the appearance.
     void apply(const DeviceSettings& settings);
 
@@ -46,7 +49,7 @@ public:
     [[nodiscard]] QByteArray screenshot(const QString& format, const QString& mask, double scale);
 
 private:
-    void makeWindow(const QString& title);
+    void makeWindow();
     void present();
     void moveContentTo(GtkWidget* parent);
     bool handleKey(const GdkEventKey& event);
@@ -54,6 +57,7 @@ private:
     void scheduleClock();
 
     DeviceType m_type;
+    QString m_runtimeName;
     std::function<void(bool)> m_shown;
     GtkWidget* m_hidden = nullptr;
     GtkWidget* m_window = nullptr;

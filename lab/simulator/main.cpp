@@ -125,7 +125,14 @@ int run(const DeviceSet& set, const Device& device, const DeviceType& type, cons
         .setLocation = [&](double latitude, double longitude) { window->pages().location().set(latitude, longitude); },
         .clearLocation = [&] { window->pages().location().clear(); },
         .followRoute = [&](const LocationRoute& route) { window->pages().location().follow(route); },
-        .reloadSettings = [&] { window->apply(set.settings(device)); },
+        .reloadSettings =
+            [&] {
+                window->apply(set.settings(device));
+                if (const auto current = set.deviceWithId(device.udid)) {
+                    window->setDeviceName(current->name);
+                    service->setDeviceName(current->name);
+                }
+            },
         .screenshot = [&](const QString& format, const QString& mask,
                           double scale) { return window->screenshot(format, mask, scale); },
         .showWindow = [&](WindowFocus focus, std::function<void()> then) { window->show(focus, std::move(then)); },

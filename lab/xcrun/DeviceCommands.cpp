@@ -141,7 +141,15 @@ int renameCommand(const QStringList& arguments) {
         throw usage(u"rename"_s);
     }
     Session session;
-    session.set.rename(session.device(arguments[0]), arguments[1]);
+    const Device device = session.device(arguments[0]);
+    session.set.rename(device, arguments[1]);
+    if (session.isRunning(device)) {
+        try {
+            session.bus().call(device.udid, "ReloadSettings", requestLimit);
+        } catch (const DeviceBusError&) {
+            // One that just left needs no telling.
+        }
+    }
     return 0;
 }
 
