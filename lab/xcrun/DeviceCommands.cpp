@@ -34,6 +34,7 @@ void forEach(const std::vector<Device>& devices, const Step& step) {
             first = first ? first : std::optional(problem);
         } catch (const DeviceGoneError&) {
             // Somebody else removed it in this moment, which is as good.
+            continue;
         }
     }
     if (first) {
@@ -148,6 +149,7 @@ int renameCommand(const QStringList& arguments) {
             session.bus().call(device.udid, "ReloadSettings", requestLimit);
         } catch (const DeviceBusError&) {
             // One that just left needs no telling.
+            return 0;
         }
     }
     return 0;
