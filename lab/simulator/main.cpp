@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceCatalogue.h"
+#include "DeviceLauncher.h"
 #include "DeviceService.h"
 #include "DeviceSet.h"
 #include "DeviceWindow.h"
@@ -101,7 +102,8 @@ int startAgain(char** argv) {
     return fail("cannot start again");
 }
 
-int run(const DeviceSet& set, const Device& device, const DeviceType& type, const Runtime& runtime, char** argv) {
+int run(const DeviceSet& set, const Device& device, HandedTurn& turn, const DeviceType& type, const Runtime& runtime,
+        char** argv) {
     g_set_prgname("com.apple.iphonesimulator");
     g_set_application_name("Simulator");
     const std::uint16_t port = chooseInspectorPort();
@@ -118,6 +120,7 @@ int run(const DeviceSet& set, const Device& device, const DeviceType& type, cons
         [&](bool isShown) { service->setWindowShown(isShown); });
     window->apply(set.settings(device));
     if (!isListening(port)) {
+        turn.keepForNextProgram();
         return startAgain(argv);
     }
     DeviceActions actions{
@@ -143,6 +146,7 @@ int run(const DeviceSet& set, const Device& device, const DeviceType& type, cons
     if (!service->start()) {
         return fail("the device is running already, or there is no session bus");
     }
+    turn.end();
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         g_unix_signal_add(signal, quitOnSignal, loop.get());
     }
@@ -169,6 +173,7 @@ int main(int argc, char** argv) {
         if (!device) {
             return fail("no device with that identifier");
         }
+        HandedTurn turn(set, *device);
         const DeviceType* type = findDeviceType(device->deviceType);
         const Runtime* runtime = findRuntime(device->runtime);
         if (type == nullptr || runtime == nullptr) {
@@ -177,7 +182,7 @@ int main(int argc, char** argv) {
         if (SystemDescription::load().findRuntime(device->runtime) == nullptr) {
             return fail("the device's runtime is not installed");
         }
-        return run(set, *device, *type, *runtime, argv);
+        return run(set, *device, turn, *type, *runtime, argv);
     } catch (const std::exception& problem) {
         return fail(problem.what());
     }
