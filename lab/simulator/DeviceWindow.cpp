@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceWindow.h"
 
-#include "DeviceDrawing.h"
+#include "ScreenCapture.h"
 
 #include <QTime>
 
@@ -64,6 +64,7 @@ QSize firstSize(const QSize& full) {
 DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const QString& deviceName,
                            std::function<void()> ready, std::function<void(bool)> shown)
     : m_type(type)
+    , m_runtimeName(runtime.name)
     , m_shown(std::move(shown)) {
     addStyle();
     m_content = gtk_overlay_new();
@@ -105,7 +106,7 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     g_signal_connect(m_content, "get-child-position", G_CALLBACK(place), this);
     const auto draw = +[](GtkWidget*, cairo_t* context, gpointer window) -> gboolean {
         const auto* self = static_cast<DeviceWindow*>(window);
-        drawDevice(context, self->m_type, self->m_layout, self->m_area);
+        drawDevice(context, self->m_type, self->m_layout, self->m_area, self->m_statusBar);
         return TRUE;
     };
     g_signal_connect(m_canvas, "draw", G_CALLBACK(draw), this);
@@ -125,7 +126,8 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     followSize(full);
     moveContentTo(m_hidden);
     gtk_widget_show(m_hidden);
-    makeWindow(u"%1 – %2"_s.arg(deviceName, runtime.name));
+    makeWindow();
+    setDeviceName(deviceName);
     scheduleClock();
 }
 
@@ -149,10 +151,12 @@ DeviceWindow::~DeviceWindow() {
     g_object_unref(m_content);
 }
 
-void DeviceWindow::makeWindow(const QString& title) {
+void DeviceWindow::setDeviceName(const QString& deviceName) {
+    gtk_window_set_title(GTK_WINDOW(m_window), u"%1 – %2"_s.arg(deviceName, m_runtimeName).toUtf8().constData());
+}
+
+void DeviceWindow::makeWindow() {
     m_window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-    const QByteArray text = title.toUtf8();
-    gtk_window_set_title(GTK_WINDOW(m_window), text.constData());
     gtk_window_set_icon_name(GTK_WINDOW(m_window), "phone");
     const QSize size = firstSize(m_type.screen + fullSizeExtra).expandedTo(minimumSize);
     gtk_window_set_default_size(GTK_WINDOW(m_window), size.width(), size.height());
@@ -219,6 +223,21 @@ void DeviceWindow::hide() {
     gtk_widget_hide(m_window);
     moveContentTo(m_hidden);
     m_shown(false);
+}
+
+void DeviceWindow::apply(const DeviceSettings& settings) {
+    // The engine tells pages the appearance of the toolkit.
+    g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme",
+                 settings.appearance == u"dark" ? TRUE : FALSE, nullptr);
+    m_pages->location().setAllowed(settings.allowsLocation());
+    m_statusBar = StatusBarContent::of(settings.statusBar);
+    gtk_widget_queue_draw(m_canvas);
+}
+
+QByteArray DeviceWindow::screenshot(const QString& format, const QString& mask, double scale) {
+    const std::vector<ScreenLayer> layers{{m_pages->widget(), m_layout.page.topLeft()},
+                                          {m_bar->widget(), m_layout.bar.topLeft()}};
+    return captureScreen(m_canvas, layers, m_type, m_layout, {format, mask, scale > 0 ? scale : m_type.scale});
 }
 
 void DeviceWindow::followSize(QSize area) {

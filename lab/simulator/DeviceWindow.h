@@ -3,8 +3,10 @@
 
 #include "BrowserBar.h"
 #include "BrowserPages.h"
+#include "DeviceDrawing.h"
 #include "DeviceLayout.h"
 #include "DeviceService.h"
+#include "DeviceSettings.h"
 
 #include <QString>
 
@@ -36,8 +38,18 @@ public:
     /// Takes the window off the desktop; the device goes on.
     void hide();
 
+    /// Gives the window its title anew.
+    void setDeviceName(const QString& deviceName);
+
+    /// Shows the device as its settings say, and its pages the appearance.
+    void apply(const DeviceSettings& settings);
+
+    /// A picture of the screen as the bytes of a file; empty for a format that cannot be written. The mask is
+    /// "ignored", "alpha" or "black"; `scale` is the picture's pixels per CSS pixel, 0 for the model's.
+    [[nodiscard]] QByteArray screenshot(const QString& format, const QString& mask, double scale);
+
 private:
-    void makeWindow(const QString& title);
+    void makeWindow();
     void present();
     void moveContentTo(GtkWidget* parent);
     bool handleKey(const GdkEventKey& event);
@@ -45,6 +57,7 @@ private:
     void scheduleClock();
 
     DeviceType m_type;
+    QString m_runtimeName;
     std::function<void(bool)> m_shown;
     GtkWidget* m_hidden = nullptr;
     GtkWidget* m_window = nullptr;
@@ -54,6 +67,7 @@ private:
     std::unique_ptr<BrowserPages> m_pages;
     std::unique_ptr<BrowserBar> m_bar;
     DeviceLayout m_layout;
+    StatusBarContent m_statusBar;
     QSize m_area;
     std::vector<std::function<void()>> m_waiting;
     unsigned m_clock = 0;

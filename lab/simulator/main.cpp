@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceCatalogue.h"
+#include "DeviceLauncher.h"
 #include "DeviceService.h"
 #include "DeviceSet.h"
 #include "DeviceWindow.h"
@@ -101,7 +102,8 @@ int startAgain(char** argv) {
     return fail("cannot start again");
 }
 
-int run(const Device& device, const DeviceType& type, const Runtime& runtime, char** argv) {
+int run(const DeviceSet& set, const Device& device, HandedTurn& turn, const DeviceType& type, const Runtime& runtime,
+        char** argv) {
     g_set_prgname("com.apple.iphonesimulator");
     g_set_application_name("Simulator");
     const std::uint16_t port = chooseInspectorPort();
@@ -116,13 +118,26 @@ int run(const Device& device, const DeviceType& type, const Runtime& runtime, ch
     window = std::make_unique<DeviceWindow>(
         type, runtime, device.name, [&] { service->setBooted(); },
         [&](bool isShown) { service->setWindowShown(isShown); });
+    window->apply(set.settings(device));
     if (!isListening(port)) {
+        turn.keepForNextProgram();
         return startAgain(argv);
     }
     DeviceActions actions{
         .openURL = [&](const QString& url) { window->pages().open(url); },
         .setLocation = [&](double latitude, double longitude) { window->pages().location().set(latitude, longitude); },
         .clearLocation = [&] { window->pages().location().clear(); },
+        .followRoute = [&](const LocationRoute& route) { window->pages().location().follow(route); },
+        .reloadSettings =
+            [&] {
+                window->apply(set.settings(device));
+                if (const auto current = set.deviceWithId(device.udid)) {
+                    window->setDeviceName(current->name);
+                    service->setDeviceName(current->name);
+                }
+            },
+        .screenshot = [&](const QString& format, const QString& mask,
+                          double scale) { return window->screenshot(format, mask, scale); },
         .showWindow = [&](WindowFocus focus, std::function<void()> then) { window->show(focus, std::move(then)); },
         .shutdown = [&] { g_main_loop_quit(loop.get()); }};
     service = std::make_unique<DeviceService>(
@@ -131,6 +146,7 @@ int run(const Device& device, const DeviceType& type, const Runtime& runtime, ch
     if (!service->start()) {
         return fail("the device is running already, or there is no session bus");
     }
+    turn.end();
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         g_unix_signal_add(signal, quitOnSignal, loop.get());
     }
@@ -152,10 +168,12 @@ int main(int argc, char** argv) {
         return fail("usage: SimulatorDevice UDID");
     }
     try {
-        const auto device = DeviceSet::open().deviceWithId(QString::fromUtf8(argv[1]));
+        const DeviceSet set = DeviceSet::open();
+        const auto device = set.deviceWithId(QString::fromUtf8(argv[1]));
         if (!device) {
             return fail("no device with that identifier");
         }
+        HandedTurn turn(set, *device);
         const DeviceType* type = findDeviceType(device->deviceType);
         const Runtime* runtime = findRuntime(device->runtime);
         if (type == nullptr || runtime == nullptr) {
@@ -164,7 +182,7 @@ int main(int argc, char** argv) {
         if (SystemDescription::load().findRuntime(device->runtime) == nullptr) {
             return fail("the device's runtime is not installed");
         }
-        return run(*device, *type, *runtime, argv);
+        return run(set, *device, turn, *type, *runtime, argv);
     } catch (const std::exception& problem) {
         return fail(problem.what());
     }
