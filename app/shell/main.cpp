@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include "Announcing.h"
 #include "SingleInstance.h"
 #include "shell/AppIdentity.h"
 #include "shell/CommandLine.h"
 #include "shell/CorvantaApp.h"
 #include "window/Appearance.h"
+#include "window/widgets/AccessibleRoles.h"
 
 #include <QApplication>
 
@@ -54,6 +56,7 @@ int main(int argc, char** argv) {
     QGuiApplication::setDesktopFileName(u"dev.corvanta.Corvanta"_s);
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    corvanta::setAnnouncing(corvanta::announceOnPlatform);
 
     const auto instance = corvanta::makeSingleInstance();
     // An unattended run does its own work whoever else is there, and takes over nobody's.
