@@ -4,9 +4,10 @@
 
 option(CORVANTA_PRECOMPILE_HEADERS "Compile the most used library headers once for each target" OFF)
 
-set(CORVANTA_PRECOMPILED_core
-  <QCoroTask> <QJsonObject> <QString> <QStringList> <algorithm> <chrono> <functional> <map> <memory> <optional>
+set(CORVANTA_PRECOMPILED_qt
+  <QJsonObject> <QString> <QStringList> <algorithm> <chrono> <functional> <map> <memory> <optional>
   <string> <variant> <vector>)
+set(CORVANTA_PRECOMPILED_core ${CORVANTA_PRECOMPILED_qt} <QCoroTask>)
 set(CORVANTA_PRECOMPILED_widgets <QBoxLayout> <QLabel> <QPushButton> <QWidget>)
 set(CORVANTA_PRECOMPILED_dbus <QDBusConnection> <QDBusMessage>)
 set(CORVANTA_PRECOMPILED_tests <gmock/gmock.h> <gtest/gtest.h>)
