@@ -38,6 +38,9 @@ std::vector<char*> pointers(QList<QByteArray>& words) {
 
 [[noreturn]] void becomeProgram(char** arguments, char** environment) {
     const int nothing = open("/dev/null", O_RDWR);
+    if (nothing < 0) {
+        _exit(127);
+    }
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         dup2(nothing, stream);
     }
