@@ -200,6 +200,7 @@ TEST_F(DeviceSetRobustness, IsCompletedAfterItsFirstUseWasEnded) {
 
 TEST_F(DeviceSetRobustness, LosesNothingWhenEightCommandsCreateAtOnce) {
     std::vector<std::unique_ptr<QProcess>> commands;
+    commands.reserve(8);
     for (int index = 0; index < 8; ++index) {
         // Each of them meets a set that does not exist yet.
         commands.push_back(start({u"create"_s, u"New %1"_s.arg(index), u"iPhone 16"_s}));
@@ -268,6 +269,7 @@ TEST_F(DeviceSetRobustness, ATurnGoesOnWithTheProgramThatInheritsIt) {
 TEST_F(DeviceSetRobustness, CountsBothOfTwoChangesOfSettingsAtOnce) {
     layOut();
     std::vector<std::jthread> threads;
+    threads.reserve(8);
     for (int index = 0; index < 8; ++index) {
         threads.emplace_back([this, index] {
             DeviceSet(path()).changeSettings(first, [&](lab::DeviceSettings& settings) {
