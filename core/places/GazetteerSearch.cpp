@@ -17,6 +17,8 @@ constexpr std::uint32_t promisingBlocks = 24;
 /// With fewer answers than these, the words are also looked for one by one, and "ue" as the "ü" that somebody could
 /// not type.
 constexpr std::size_t fewAnswers = 3;
+/// From here on hardly any name begins by chance as another one with its "ue" taken for an "ü".
+constexpr std::size_t tellingLength = 5;
 
 /// The text from the `ordinal`-th word on; empty when there are fewer.
 std::string_view fromWord(std::string_view text, std::size_t ordinal) {
@@ -191,7 +193,7 @@ std::vector<std::uint32_t> GazetteerSearch::find(const std::string& text) {
     const std::size_t few = std::min(fewAnswers, m_limit);
     if (m_found.size() < few && text.contains(' '))
         findAllWords(text);
-    if (m_found.size() < few) {
+    if (m_found.size() < few || text.size() >= tellingLength) {
         if (const std::string plain = withoutDigraphs(text); plain != text)
             findBeginning(plain, weights[alternativeBegins]);
     }
