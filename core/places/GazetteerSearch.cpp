@@ -207,6 +207,7 @@ std::vector<std::uint32_t> GazetteerSearch::find(const std::string& text) {
             findBeginning(plain, weights[alternativeBegins]);
     }
     std::vector<std::uint32_t> places;
+    places.reserve(m_found.size());
     for (const Found& found : m_found)
         places.push_back(found.place);
     return places;
@@ -295,6 +296,7 @@ void GazetteerSearch::findAllWords(std::string_view text) {
     };
 
     std::vector<Word> rarest;
+    rarest.reserve(words.size());
     for (const std::string_view word : words)
         rarest.push_back({word, wordsBeginningWith(word)});
     std::ranges::sort(rarest, {}, [](const Word& word) { return word.range.size(); });
