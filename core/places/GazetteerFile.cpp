@@ -20,7 +20,8 @@ using Bytes = std::span<const std::byte>;
 constexpr std::size_t headerSize = 32;
 constexpr std::size_t sectionCount = 15;
 constexpr std::uint32_t version = 1;
-constexpr qint64 largestFile = 64 * 1024 * 1024;
+constexpr qint64 shortestFile = headerSize + sectionCount * 8;
+constexpr qint64 largestFile = 64'000'000;
 constexpr std::uint32_t populationBlock = 64;
 constexpr std::uint32_t textBlock = 16;
 constexpr std::size_t symbolSize = 9;
@@ -134,7 +135,7 @@ GazetteerFile::Bytes GazetteerFile::map(const QString& path) {
     if (!m_file.open(QIODevice::ReadOnly))
         throw GazetteerError(GazetteerError::Kind::unreadable, m_file.errorString());
     const qint64 size = m_file.size();
-    require(size >= static_cast<qint64>(headerSize + sectionCount * 8), u"it is too short"_s);
+    require(size >= shortestFile, u"it is too short"_s);
     require(size <= largestFile, u"it is too long"_s);
     const uchar* const bytes = m_file.map(0, size);
     if (!bytes)
@@ -234,7 +235,8 @@ GazetteerFile::Region GazetteerFile::region(std::uint32_t place) const {
     if (offset >= m_regions.size())
         return {};
     const std::byte* const record = m_regions.data() + offset;
-    Region found{.name = string(record)};
+    Region found;
+    found.name = string(record);
     const std::size_t country = std::size_t{number<std::uint16_t>(record + 6)} * countrySize;
     if (country < m_countries.size())
         found.country = string(m_countries.data() + country);

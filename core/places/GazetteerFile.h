@@ -79,7 +79,7 @@ public:
 
     struct Region {
         std::string_view name;
-        std::string_view country = {};
+        std::string_view country;
     };
 
     [[nodiscard]] Region region(std::uint32_t place) const;

@@ -39,7 +39,7 @@ public:
     /// How long a service that has failed is left alone.
     static constexpr auto rest = std::chrono::seconds(30);
     /// The bytes that an answer may have, after decompression.
-    static constexpr qint64 largestAnswer = 512 * 1024;
+    static constexpr qint64 largestAnswer = 500'000;
 
     /// `address` is http or https, and answers to the parameters "q", "limit" and "lang". The clock outlives this.
     PhotonService(QUrl address, Clock& clock);
