@@ -22,6 +22,9 @@ MainMenu::MainMenu(QMenuBar& menuBar, ShellCommands& commands)
 
 void MainMenu::addFileMenu(QMenuBar& menuBar) {
     QMenu* const menu = menuBar.addMenu(u"File"_s);
+    QAction* const about = menu->addAction(u"About Corvanta"_s, this, &MainMenu::aboutRequested);
+    about->setMenuRole(QAction::AboutRole);
+    menu->addSeparator();
     QAction* const close = menu->addAction(u"Close Window"_s, this, &MainMenu::closeRequested);
     close->setShortcut(Qt::CTRL | Qt::Key_W);
     close->setMenuRole(QAction::NoRole);

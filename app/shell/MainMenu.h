@@ -18,6 +18,7 @@ public:
     MainMenu(QMenuBar& menuBar, ShellCommands& commands);
 
 Q_SIGNALS:
+    void aboutRequested();
     void closeRequested();
     void quitRequested();
 

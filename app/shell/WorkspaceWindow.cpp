@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/WorkspaceWindow.h"
 
+#include "shell/AboutBox.h"
 #include "shell/MainMenu.h"
 #include "window/Appearance.h"
 #include "window/Symbols.h"
@@ -18,6 +19,7 @@ WorkspaceWindow::WorkspaceWindow(QWidget* content, ShellCommands& commands) {
     setWindowIcon(Symbols::workspace(Appearance::light().accent));
     setCentralWidget(content);
     auto* const menu = new MainMenu(*menuBar(), commands);
+    connect(menu, &MainMenu::aboutRequested, this, [this] { openAboutBox(*this); });
     connect(menu, &MainMenu::closeRequested, this, &QWidget::close);
     connect(menu, &MainMenu::quitRequested, this, &WorkspaceWindow::quitRequested);
 }

@@ -33,6 +33,8 @@ PlaceSearchBox::PlaceSearchBox(const SectionContext& context, QWidget* parent)
     m_field->setPlaceholderText(u"Search for a place"_s);
     m_field->setAccessibleName(u"Search for a place"_s);
     m_field->addAction(Symbols::icon(Symbol::search, Tint::secondary), QLineEdit::LeadingPosition);
+    // The symbol stands in the padding.
+    m_field->setTextMargins(-8, 0, 0, 0);
     m_field->installEventFilter(this);
 
     connect(m_field, &QLineEdit::textChanged, &m_completer, &LocationSearchCompleter::update);

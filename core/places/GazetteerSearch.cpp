@@ -13,10 +13,12 @@ constexpr std::array<double, 6> weights{100, 20, 1, 1.0 / 20, 1.0 / 20, 1.0 / 40
 constexpr std::size_t mostCandidates = 200;
 constexpr std::size_t mostWords = 6;
 /// How many blocks of the index are looked at before all others where there are many.
-constexpr std::uint32_t promisingBlocks = 24;
+constexpr std::uint32_t promisingBlocks = 16;
 /// With fewer answers than these, the words are also looked for one by one, and "ue" as the "ü" that somebody could
 /// not type.
 constexpr std::size_t fewAnswers = 3;
+/// From here on hardly any name begins by chance as another one with its "ue" taken for an "ü".
+constexpr std::size_t tellingLength = 5;
 
 /// The text from the `ordinal`-th word on; empty when there are fewer.
 std::string_view fromWord(std::string_view text, std::size_t ordinal) {
@@ -163,9 +165,18 @@ GazetteerSearch::Range GazetteerSearch::wordsBeginningWith(std::string_view text
 }
 
 std::uint32_t GazetteerSearch::endOfWhole(Range range, std::size_t length) {
+    const auto isWhole = [&](std::uint32_t index) { return textFrom(m_file.wordStart(index)).size() <= length; };
+    // Mostly there is none, and hardly ever are there many.
+    for (std::uint32_t step = 1; range.size() > step; step *= 2) {
+        if (!isWhole(range.begin + step - 1)) {
+            range.end = range.begin + step - 1;
+            break;
+        }
+        range.begin += step;
+    }
     while (range.begin < range.end) {
         const std::uint32_t middle = range.begin + range.size() / 2;
-        if (textFrom(m_file.wordStart(middle)).size() <= length)
+        if (isWhole(middle))
             range.begin = middle + 1;
         else
             range.end = middle;
@@ -191,7 +202,7 @@ std::vector<std::uint32_t> GazetteerSearch::find(const std::string& text) {
     const std::size_t few = std::min(fewAnswers, m_limit);
     if (m_found.size() < few && text.contains(' '))
         findAllWords(text);
-    if (m_found.size() < few) {
+    if (m_found.size() < few || text.size() >= tellingLength) {
         if (const std::string plain = withoutDigraphs(text); plain != text)
             findBeginning(plain, weights[alternativeBegins]);
     }
@@ -201,7 +212,7 @@ std::vector<std::uint32_t> GazetteerSearch::find(const std::string& text) {
     return places;
 }
 
-void GazetteerSearch::keep(std::uint32_t place, double weight) {
+bool GazetteerSearch::keep(std::uint32_t place, double weight) {
     const auto isBetter = [](const Found& a, const Found& b) {
         return a.weight != b.weight ? a.weight > b.weight : a.place < b.place;
     };
@@ -209,12 +220,15 @@ void GazetteerSearch::keep(std::uint32_t place, double weight) {
     const auto known = std::ranges::find(m_found, place, &Found::place);
     if (known != m_found.end()) {
         if (!isBetter(found, *known))
-            return;
+            return false;
         m_found.erase(known);
+    } else if (m_found.size() == m_limit) {
+        if (!isBetter(found, m_found.back()))
+            return false;
+        m_found.pop_back();
     }
     m_found.insert(std::ranges::upper_bound(m_found, found, isBetter), found);
-    if (m_found.size() > m_limit)
-        m_found.pop_back();
+    return true;
 }
 
 GazetteerSearch::Limits GazetteerSearch::limitsFor(double factor) const {
@@ -246,8 +260,7 @@ void GazetteerSearch::findBeginning(std::string_view text, double factor) {
             const Match match = matchOf(start.ordinal, index < endOfExact);
             if (start.place >= limits[match])
                 continue;
-            keep(start.place, (m_file.population(start.place) + 1.0) * weights[match] * factor);
-            isNews = true;
+            isNews |= keep(start.place, (m_file.population(start.place) + 1.0) * weights[match] * factor);
         }
         if (isNews)
             limits = limitsFor(factor);

@@ -57,7 +57,8 @@ private:
     void findBeginning(std::string_view text, double factor);
     void findAllWords(std::string_view text);
     void judge(std::uint32_t place, const std::vector<std::string_view>& words);
-    void keep(std::uint32_t place, double weight);
+    /// Whether that is among the best so far.
+    bool keep(std::uint32_t place, double weight);
     [[nodiscard]] Limits limitsFor(double factor) const;
     [[nodiscard]] static Match matchOf(std::uint8_t ordinal, bool isWhole);
 

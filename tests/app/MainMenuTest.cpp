@@ -38,7 +38,8 @@ TEST_F(MainMenuTest, HasThreeMenus) {
     makeCoordinator();
     makeMenu();
     EXPECT_THAT(rows(bar), ElementsAre("File", "Workspace", "Help"));
-    EXPECT_THAT(rows(menu(u"File"_s)), ElementsAre("Close Window [Ctrl+W]", "---", "Quit Corvanta [Ctrl+Q]"));
+    EXPECT_THAT(rows(menu(u"File"_s)),
+                ElementsAre("About Corvanta", "---", "Close Window [Ctrl+W]", "---", "Quit Corvanta [Ctrl+Q]"));
     EXPECT_THAT(rows(menu(u"Help"_s)), ElementsAre("Check for Updates…", "---", "Corvanta Website", "Email Support",
                                                    "---", "Copy Version Information"));
 }

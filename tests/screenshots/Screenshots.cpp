@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QPalette>
 #include <QPixmap>
 #include <QPushButton>
@@ -35,6 +36,8 @@ struct State {
     bool isWhole = false;
     /// The name of the control that has the focus; the address when it is empty.
     QString focus = {};
+    /// What happens once the window is shown.
+    std::function<void(Scene&, QWidget&)> then = {};
 };
 
 const QString longError =
@@ -53,6 +56,34 @@ void fillEverything(Scene& scene) {
         {41.40362612, -122.17435612},
         u"Llanfairpwllgwyngyllgogerychwyrndrobwllllantysiliogogogoch railway station, platform two"_s, true);
     scene.coordinator->saveFavorite();
+}
+
+/// Types into the search field and scrolls to it.
+void searchPlace(Scene& scene, QWidget& view, const QString& text) {
+    scene.clock.settle();
+    for (QLineEdit* const field : view.findChildren<QLineEdit*>()) {
+        if (field->placeholderText() != u"Search for a place")
+            continue;
+        field->setText(text);
+        field->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void findPlaces(Scene& scene, QWidget& view) {
+    searchPlace(scene, view, u"san fra"_s);
+    const std::vector<std::pair<QString, QString>> texts{
+        {u"San Francisco"_s, u"California, United States"_s},
+        {u"San Francisco de Macorís"_s, u"Duarte Province, Dominican Republic"_s},
+        {u"San Francisco del Rincón"_s, u"Guanajuato, Mexico"_s},
+        {u"San Francisco"_s, u"Cordoba, Argentina"_s},
+        {u"San Francisco El Alto"_s, u"Totonicapán, Guatemala"_s},
+        {u"San Francisco"_s, u"Heredia Province, Costa Rica"_s},
+        {u"San Francisco International Airport Terminal Building with a Long Name"_s,
+         u"Airport Boulevard, San Francisco, California, United States of America"_s}};
+    std::vector<PlaceCompletion> places;
+    for (const auto& [title, subtitle] : texts)
+        places.push_back({.title = title, .subtitle = subtitle, .source = nullptr});
+    scene.placeSearch.latestCompleter->suggest(places);
 }
 
 std::vector<State> states() {
@@ -106,6 +137,26 @@ std::vector<State> states() {
              scene.prepare();
          },
          QSize(430, 860), false, u"Shibuya crossing"_s},
+        {u"places"_s,
+         [](Scene& scene) {
+             scene.visit();
+             scene.prepare();
+         },
+         QSize(430, 480),
+         true,
+         {},
+         findPlaces},
+        {u"places-narrow"_s, [](Scene& scene) { scene.prepare(); }, QSize(300, 480), true, {}, findPlaces},
+        {u"places-failed"_s,
+         [](Scene& scene) { scene.prepare(); },
+         QSize(430, 480),
+         true,
+         {},
+         [](Scene& scene, QWidget& view) {
+             searchPlace(scene, view, u"san fra"_s);
+             scene.placeSearch.latestCompleter->fail(
+                 u"The list of places could not be read: No such file or directory"_s);
+         }},
         {u"narrow"_s, fillEverything, QSize(300, 480)},
         {u"narrow-whole"_s, fillEverything, QSize(300, 480), true},
         {u"wide"_s, fillEverything, QSize(700, 900)},
@@ -148,6 +199,8 @@ bool render(const State& state, const QString& file) {
         if (!state.focus.isEmpty() && button->text() == state.focus)
             button->setFocus(Qt::TabFocusReason);
     }
+    if (state.then)
+        state.then(scene, view);
     const auto* const content = view.findChild<QWidget*>(u"scrolledContent"_s);
     for (int round = 0; round < 4; ++round) {
         view.grab();

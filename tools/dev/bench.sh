@@ -7,12 +7,14 @@ verb_bench() {
     cat <<'TEXT'
 usage: ./dev bench [arguments of the benchmarks]
 
-Builds the release preset with the benchmarks and runs each program that lands in build/release/bench.
+Builds the release preset with the benchmarks and runs each program that lands in build/release/bench. Installs what they
+are measured against first.
 TEXT
     return
   fi
   [[ -f bench/CMakeLists.txt ]] || die 69 "this tree has no benchmarks yet"
   ensure_setup
+  install_packages libsqlite3-dev
   configure_preset release -DCORVANTA_BUILD_BENCHMARKS=ON
   build_preset release
   local program
