@@ -11,7 +11,9 @@ using namespace Qt::Literals::StringLiterals;
 
 QString dataCredits() {
     return u"Places: data of GeoNames (geonames.org), licensed under CC BY 4.0, selected and rearranged.\n\n"
-           "Places found on the network: © OpenStreetMap contributors, ODbL 1.0 (openstreetmap.org/copyright)."_s;
+           "Map: Made with Natural Earth (naturalearthdata.com).\n\n"
+           "Map tiles and places found on the network: © OpenStreetMap contributors, ODbL 1.0 "
+           "(openstreetmap.org/copyright)."_s;
 }
 
 void openAboutBox(QWidget& window) {

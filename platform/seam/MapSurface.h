@@ -103,9 +103,11 @@ public:
 
     virtual void setFeatures(const MapFeatures& features) = 0;
 
+    /// What is shown with north up and no tilt; while the map moves by itself, what it is going to show.
     [[nodiscard]] virtual MapRegion region() const = 0;
 
-    /// Shows at least the region, at the largest scale that does.
+    /// Shows at least the region, at the largest scale that does. The span of `region()` itself keeps the zoom,
+    /// wherever the centre is.
     virtual void setRegion(const MapRegion& region, MapMotion motion) = 0;
 
     virtual void addAnnotation(std::shared_ptr<MapAnnotation> annotation) = 0;

@@ -33,8 +33,8 @@ public:
     [[nodiscard]] virtual PreferencesStore& preferences() = 0;
     [[nodiscard]] virtual PlaceSearch& placeSearch() = 0;
 
-    /// A map of its own for each caller, whose widget is a child of `parent`. Takes no longer than any widget does; what
-    /// it shows may come later.
+    /// A map of its own for each caller, whose widget is a child of `parent`. Takes no longer than any widget does;
+    /// what it shows may come later.
     [[nodiscard]] virtual std::unique_ptr<MapSurface> makeMapSurface(QWidget& parent) = 0;
 
     /// A runner of its own for each caller.
