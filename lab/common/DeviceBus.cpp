@@ -142,6 +142,31 @@ void DeviceBus::setLocation(const QString& udid, double latitude, double longitu
     m_private->callDevice(udid, "SetLocation", g_variant_new("(dd)", latitude, longitude), limit);
 }
 
+void DeviceBus::followRoute(const QString& udid, const LocationRoute& route, std::chrono::milliseconds limit) {
+    GVariantBuilder waypoints;
+    g_variant_builder_init(&waypoints, G_VARIANT_TYPE("a(dd)"));
+    for (const Coordinate& place : route.waypoints) {
+        g_variant_builder_add(&waypoints, "(dd)", place.latitude, place.longitude);
+    }
+    m_private->callDevice(udid, "FollowRoute",
+                          g_variant_new("(a(dd)ddb)", &waypoints, route.speed,
+                                        std::chrono::duration<double>(route.interval).count(),
+                                        route.repeats ? TRUE : FALSE),
+                          limit);
+}
+
+QByteArray DeviceBus::screenshot(const QString& udid, const ScreenshotOptions& options,
+                                 std::chrono::milliseconds limit) {
+    const VariantPointer reply = m_private->callDevice(
+        udid, "Screenshot",
+        g_variant_new("(ssd)", options.format.toUtf8().constData(), options.mask.toUtf8().constData(), options.scale),
+        limit);
+    const VariantPointer bytes(g_variant_get_child_value(reply.get(), 0));
+    gsize size = 0;
+    const void* data = g_variant_get_fixed_array(bytes.get(), &size, 1);
+    return {static_cast<const char*>(data), static_cast<qsizetype>(size)};
+}
+
 bool DeviceBus::waitForName(const QString& busName, bool owned, std::chrono::milliseconds limit,
                             std::function<bool()> isGivenUp) {
     const guint subscription =

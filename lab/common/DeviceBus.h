@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "LocationRoute.h"
+
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -59,6 +62,23 @@ public:
 
     /// Sets the device's position in degrees. Throws DeviceBusError.
     void setLocation(const QString& udid, double latitude, double longitude, std::chrono::milliseconds limit);
+
+    /// Lets the device travel along the route by itself, until another location is set. Throws DeviceBusError.
+    void followRoute(const QString& udid, const LocationRoute& route, std::chrono::milliseconds limit);
+
+    /// What a picture of a device's screen is to be.
+    struct ScreenshotOptions {
+        /// "png", "jpeg", "tiff" or "bmp".
+        QString format = QStringLiteral("png");
+        /// What becomes of the screen's corners: "ignored", "alpha" or "black".
+        QString mask = QStringLiteral("ignored");
+        /// Pixels of the picture per CSS pixel; 0 for as many as the device has.
+        double scale = 0;
+    };
+
+    /// A picture of the device's screen, as the bytes of a file. Throws DeviceBusError.
+    [[nodiscard]] QByteArray screenshot(const QString& udid, const ScreenshotOptions& options,
+                                        std::chrono::milliseconds limit);
 
     /// Waits until the name is owned (or, with `owned` false, is not). `isGivenUp` is asked before each wait and after
     /// every event of the main loop. Returns whether it came so in time. Throws DeviceBusError.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceLauncher.h"
 
-#include "FileLock.h"
 #include "LabFolders.h"
 
 #include <QFile>
@@ -84,11 +83,12 @@ pid_t startDetached(const QString& program, const QStringList& arguments, const 
 
 BootResult bootDevice(DeviceBus& bus, DeviceSet& set, const Device& device) {
     const QString name = deviceBusName(device.udid);
-    const FileLock turn(set.folderOf(device) + u"/.boot-lock"_s);
+    const FileLock turn = set.takeTurn(device);
     if (bus.isNameOwned(name)) {
         return BootResult::alreadyRunning;
     }
     set.noteBoot(device);
+    set.changeSettings(device, [](DeviceSettings& settings) { settings.statusBar.clear(); });
     const pid_t process =
         startDetached(programFolder() + u"/SimulatorDevice"_s, {device.udid}, set.folderOf(device) + u"/device.log"_s);
     bool hasEnded = false;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceSet.h"
 
+#include "AtomicFile.h"
 #include "DeviceCatalogue.h"
-#include "FileLock.h"
 #include "LabFolders.h"
 
 #include <QDir>
@@ -10,10 +10,12 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QUuid>
 
 #include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
 #include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
@@ -22,11 +24,24 @@ namespace corvanta::lab {
 
 namespace {
 
+constexpr auto stagedPrefix = ".new-"_L1;
+constexpr auto discardedPrefix = ".old-"_L1;
+
 void writeJson(const QString& path, const QJsonObject& object) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(object).toJson()) < 0 || !file.commit()) {
-        throw DeviceSetError("cannot write " + QFile::encodeName(path).toStdString());
+    try {
+        writeFileAtomically(path, QJsonDocument(object).toJson());
+    } catch (const std::runtime_error& error) {
+        throw DeviceSetError(error.what());
     }
+}
+
+/// Moves a file or folder within the set; what is at the target must not exist.
+bool move(const QString& from, const QString& to) {
+    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+QString freshIdentifier() {
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
 }
 
 QJsonObject readJson(const QString& path) {
@@ -90,33 +105,144 @@ std::optional<Device> DeviceSet::deviceWithId(const QString& udid) const {
     return std::nullopt;
 }
 
-Device DeviceSet::write(const QString& name, const QString& deviceType, const QString& runtime) {
-    Device device{.udid = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper(),
-                  .name = name,
-                  .deviceType = deviceType,
-                  .runtime = runtime};
+FileLock DeviceSet::lock() const {
+    return FileLock(m_folder + u"/.lock"_s);
+}
+
+bool DeviceSet::hasLeftovers() const {
+    return !QDir(m_folder)
+                .entryList({stagedPrefix + u"*"_s, discardedPrefix + u"*"_s}, QDir::Dirs | QDir::Hidden)
+                .isEmpty();
+}
+
+void DeviceSet::clearLeftovers() {
+    QDir folder(m_folder);
+    for (const QString& name :
+         folder.entryList({stagedPrefix + u"*"_s, discardedPrefix + u"*"_s}, QDir::Dirs | QDir::Hidden)) {
+        QDir(folder.filePath(name)).removeRecursively();
+    }
+}
+
+void DeviceSet::discard(const QString& path) {
+    // Out of sight in one step; taking it apart may be ended half-way.
+    const QString old = m_folder + u'/' + discardedPrefix + freshIdentifier();
+    if (!move(path, old)) {
+        throw DeviceSetError("cannot remove " + QFile::encodeName(path).toStdString());
+    }
+    QDir(old).removeRecursively();
+}
+
+QString DeviceSet::stage(const Device& device) {
+    const QString staged = m_folder + u'/' + stagedPrefix + device.udid;
     try {
-        createPrivateFolder(folderOf(device));
+        createPrivateFolder(staged);
+        createPrivateFolder(staged + u"/data"_s);
     } catch (const std::runtime_error& error) {
         throw DeviceSetError(error.what());
     }
-    writeJson(folderOf(device) + u"/device.json"_s, {{u"UDID"_s, device.udid},
-                                                     {u"name"_s, device.name},
-                                                     {u"deviceType"_s, device.deviceType},
-                                                     {u"runtime"_s, device.runtime}});
+    writeJson(staged + u"/device.json"_s, {{u"UDID"_s, device.udid},
+                                           {u"name"_s, device.name},
+                                           {u"deviceType"_s, device.deviceType},
+                                           {u"runtime"_s, device.runtime}});
+    return staged;
+}
+
+void DeviceSet::publish(const QString& staged, const Device& device) {
+    if (!move(staged, folderOf(device))) {
+        throw DeviceSetError("cannot create " + QFile::encodeName(folderOf(device)).toStdString());
+    }
+}
+
+Device DeviceSet::write(const QString& name, const QString& deviceType, const QString& runtime) {
+    Device device{.udid = freshIdentifier(), .name = name, .deviceType = deviceType, .runtime = runtime};
+    publish(stage(device), device);
     return device;
 }
 
 Device DeviceSet::create(const QString& name, const QString& deviceType, const QString& runtime) {
     createDefaultsOnFirstUse();
-    const FileLock lock(m_folder + u"/.lock"_s);
+    const FileLock held = lock();
     return write(name, deviceType, runtime);
 }
 
-void DeviceSet::remove(const Device& device) {
-    if (!QDir(folderOf(device)).removeRecursively()) {
-        throw DeviceSetError("cannot remove " + QFile::encodeName(folderOf(device)).toStdString());
+Device DeviceSet::clone(const Device& device, const QString& name) {
+    const FileLock held = lock();
+    Device copy = device;
+    copy.udid = freshIdentifier();
+    copy.name = name;
+    const QString staged = stage(copy);
+    std::error_code problem;
+    for (const QString& part : {u"/data"_s, u"/settings.json"_s}) {
+        const std::filesystem::path from = QFile::encodeName(folderOf(device) + part).toStdString();
+        if (std::filesystem::exists(from, problem) && !problem) {
+            std::filesystem::copy(from, QFile::encodeName(staged + part).toStdString(),
+                                  std::filesystem::copy_options::recursive |
+                                      std::filesystem::copy_options::copy_symlinks |
+                                      std::filesystem::copy_options::overwrite_existing,
+                                  problem);
+        }
+        if (problem) {
+            throw DeviceSetError("cannot copy " + from.string() + ": " + problem.message());
+        }
     }
+    publish(staged, copy);
+    return copy;
+}
+
+void DeviceSet::remove(const Device& device) {
+    const FileLock held = lock();
+    discard(folderOf(device));
+}
+
+void DeviceSet::erase(const Device& device) {
+    const FileLock held = lock();
+    QFile::remove(folderOf(device) + u"/settings.json"_s);
+    const QString data = folderOf(device) + u"/data"_s;
+    if (QFile::exists(data)) {
+        discard(data);
+    }
+    try {
+        createPrivateFolder(data);
+    } catch (const std::runtime_error& error) {
+        throw DeviceSetError(error.what());
+    }
+}
+
+void DeviceSet::rename(const Device& device, const QString& name) {
+    const FileLock held = lock();
+    const QString path = folderOf(device) + u"/device.json"_s;
+    QJsonObject object = readJson(path);
+    if (object.isEmpty()) {
+        throw DeviceGoneError(device.udid.toStdString());
+    }
+    object[u"name"] = name;
+    writeJson(path, object);
+}
+
+DeviceSettings DeviceSet::settings(const Device& device) const {
+    return DeviceSettings::fromJson(readJson(folderOf(device) + u"/settings.json"_s));
+}
+
+void DeviceSet::changeSettings(const Device& device, const std::function<void(DeviceSettings&)>& change) {
+    const FileLock held = lock();
+    DeviceSettings changed = settings(device);
+    const DeviceSettings before = changed;
+    change(changed);
+    if (!(changed == before)) {
+        writeJson(folderOf(device) + u"/settings.json"_s, changed.toJson());
+    }
+}
+
+FileLock DeviceSet::takeTurn(const Device& device) const {
+    const QString path = folderOf(device) + u"/.boot-lock"_s;
+    const auto requireDevice = [&] {
+        if (!QFile::exists(folderOf(device) + u"/device.json"_s)) {
+            throw DeviceGoneError(device.udid.toStdString());
+        }
+    };
+    requireDevice();
+    // The lock that was waited for may be that of a folder on its way out.
+    return FileLock(path, requireDevice);
 }
 
 QString DeviceSet::folderOf(const Device& device) const {
@@ -137,7 +263,7 @@ void DeviceSet::noteBoot(const Device& device) {
 void DeviceSet::createDefaultsOnFirstUse() {
     // The mark is written last: a set whose making was interrupted is completed by the next program.
     const QString mark = m_folder + u"/device_set.json"_s;
-    if (QFile::exists(mark)) {
+    if (QFile::exists(mark) && !hasLeftovers()) {
         return;
     }
     try {
@@ -145,7 +271,8 @@ void DeviceSet::createDefaultsOnFirstUse() {
     } catch (const std::runtime_error& error) {
         throw DeviceSetError(error.what());
     }
-    const FileLock lock(m_folder + u"/.lock"_s);
+    const FileLock held = lock();
+    clearLeftovers();
     if (QFile::exists(mark)) {
         return;
     }

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "DeviceSettings.h"
+#include "FileLock.h"
+
 #include <QDateTime>
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <vector>
@@ -27,9 +31,17 @@ class DeviceSetError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// Says that a device was deleted while something was to be done with it.
+class DeviceGoneError : public DeviceSetError {
+    using DeviceSetError::DeviceSetError;
+};
+
 /// The devices kept as files: one folder for each with `device.json` in it.
 ///
-/// Several processes may use one set: files are replaced in one step, and creation is serialised by a lock file.
+/// Several processes may use one set, and each may be ended at any moment. A device comes and goes by one renaming of
+/// its folder, a file is replaced by one renaming, and every change is made under the set's lock, which the system
+/// frees with its process. What an ended process left behind has a name that begins with a dot, is passed over by
+/// readers and is cleared away by the next program.
 class DeviceSet {
 public:
     explicit DeviceSet(QString folder);
@@ -48,8 +60,29 @@ public:
     /// Adds a device with a fresh identifier. Throws std::runtime_error, mostly a DeviceSetError.
     Device create(const QString& name, const QString& deviceType, const QString& runtime);
 
-    /// Removes the device's folder with everything in it. Throws DeviceSetError.
+    /// Adds a copy of the device under another name and a fresh identifier; it was never booted. The caller holds the
+    /// device's turn. Throws std::runtime_error, mostly a DeviceSetError.
+    Device clone(const Device& device, const QString& name);
+
+    /// Removes the device's folder with everything in it. The caller holds the device's turn. Throws DeviceSetError.
     void remove(const Device& device);
+
+    /// Brings the device back to how it was created: without data and settings. The caller holds the device's turn.
+    /// Throws DeviceSetError.
+    void erase(const Device& device);
+
+    /// Gives the device another name. Throws DeviceSetError.
+    void rename(const Device& device, const QString& name);
+
+    /// The device's settings as they are now.
+    [[nodiscard]] DeviceSettings settings(const Device& device) const;
+
+    /// Changes the device's settings; changes of two programs at once both count. Throws DeviceSetError.
+    void changeSettings(const Device& device, const std::function<void(DeviceSettings&)>& change);
+
+    /// Waits for the turn on the device and holds it: who boots, erases, clones or removes a device has it, so these
+    /// never meet. Throws DeviceGoneError when there is no such device any more.
+    [[nodiscard]] FileLock takeTurn(const Device& device) const;
 
     /// The folder of that device.
     [[nodiscard]] QString folderOf(const Device& device) const;
@@ -57,7 +90,7 @@ public:
     /// When the device was last booted; absent when it never was.
     [[nodiscard]] std::optional<QDateTime> lastBooted(const Device& device) const;
 
-    /// Remembers that the device is being booted now.
+    /// Remembers that the device is being booted now. The caller holds the device's turn.
     void noteBoot(const Device& device);
 
     /// Creates the set's folder and the default devices that it lacks, once: a set that carries the mark of being made,
@@ -65,6 +98,12 @@ public:
     void createDefaultsOnFirstUse();
 
 private:
+    [[nodiscard]] FileLock lock() const;
+    [[nodiscard]] bool hasLeftovers() const;
+    void clearLeftovers();
+    void discard(const QString& path);
+    QString stage(const Device& device);
+    void publish(const QString& staged, const Device& device);
     Device write(const QString& name, const QString& deviceType, const QString& runtime);
 
     QString m_folder;

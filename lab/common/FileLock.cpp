@@ -13,7 +13,7 @@
 
 namespace corvanta::lab {
 
-FileLock::FileLock(const QString& path)
+FileLock::FileLock(const QString& path, const std::function<void()>& check)
     : m_descriptor(open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
     if (m_descriptor < 0) {
         throw std::runtime_error("cannot lock " + QFile::encodeName(path).toStdString() + ": " + std::strerror(errno));
@@ -23,6 +23,14 @@ FileLock::FileLock(const QString& path)
             const std::string reason = std::strerror(errno);
             close(m_descriptor);
             throw std::runtime_error("cannot lock " + QFile::encodeName(path).toStdString() + ": " + reason);
+        }
+    }
+    if (check) {
+        try {
+            check();
+        } catch (...) {
+            close(m_descriptor);
+            throw;
         }
     }
 }

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace corvanta::lab {
 
 /// A lock between processes, and between the threads of one, held for the object's life. Freed by the system when its
@@ -11,7 +13,9 @@ class FileLock {
 public:
     /// Creates the file if needed and waits for the lock. Throws std::runtime_error when the file cannot be opened or
     /// locked: nobody goes on without the lock.
-    explicit FileLock(const QString& path);
+    ///
+    /// `check` is called once the lock is held; what it throws is passed on, and the lock is let go.
+    explicit FileLock(const QString& path, const std::function<void()>& check = {});
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
     ~FileLock();

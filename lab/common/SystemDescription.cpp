@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "SystemDescription.h"
 
+#include "AtomicFile.h"
+#include "FileLock.h"
 #include "LabFolders.h"
 
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 #include <algorithm>
 
@@ -109,10 +110,9 @@ SystemDescription SystemDescription::load() {
         if (!hasOwn) {
             try {
                 createPrivateFolder(homeFolder());
-                QSaveFile file(own);
-                if (file.open(QIODevice::WriteOnly)) {
-                    file.write(content);
-                    file.commit();
+                const FileLock held(homeFolder() + u"/.lock"_s);
+                if (!QFile::exists(own)) {
+                    writeFileAtomically(own, content);
                 }
             } catch (const std::runtime_error&) {
                 // A home that cannot be written still has a system: the shipped one.

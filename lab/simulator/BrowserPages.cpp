@@ -28,9 +28,9 @@ void followAllocation(GtkWidget* view, GdkRectangle* allocation, gpointer viewpo
     }
 }
 
-gboolean answerPermission(WebKitWebView*, WebKitPermissionRequest* request, gpointer) {
-    if (WEBKIT_IS_GEOLOCATION_PERMISSION_REQUEST(request)) {
-        // Always allowed, as a refusal would stick to the page: without a location the feed tells that there is none.
+gboolean answerPermission(WebKitWebView*, WebKitPermissionRequest* request, gpointer feed) {
+    if (WEBKIT_IS_GEOLOCATION_PERMISSION_REQUEST(request) && static_cast<LocationFeed*>(feed)->isAllowed()) {
+        // Also without a location, as a refusal would stick to the page: the feed tells that there is none.
         webkit_permission_request_allow(request);
     } else {
         webkit_permission_request_deny(request);
@@ -173,7 +173,7 @@ void BrowserPages::connectView(GtkWidget* view) {
     const auto loadChanged =
         +[](WebKitWebView*, WebKitLoadEvent, gpointer pages) { static_cast<BrowserPages*>(pages)->m_changed(); };
     g_signal_connect(view, "load-changed", G_CALLBACK(loadChanged), this);
-    g_signal_connect(view, "permission-request", G_CALLBACK(answerPermission), nullptr);
+    g_signal_connect(view, "permission-request", G_CALLBACK(answerPermission), m_location.get());
     const auto create = +[](WebKitWebView* opener, WebKitNavigationAction*, gpointer pages) -> GtkWidget* {
         auto* self = static_cast<BrowserPages*>(pages);
         auto* opened =

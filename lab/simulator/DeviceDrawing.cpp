@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceDrawing.h"
 
+#include <QDateTime>
 #include <QTime>
 
 #include <pango/pangocairo.h>
@@ -59,12 +60,13 @@ double bodyRadius(const DeviceType& type) {
     return type.shape == DeviceShape::homeButton ? 56 : screenRadius(type) + (type.isTablet() ? 26 : 14);
 }
 
-void drawClock(cairo_t* context, const QRectF& area, double x, double height) {
+void drawClock(cairo_t* context, const QString& time, const QRectF& area, double x, double height) {
     PangoLayout* text = pango_cairo_create_layout(context);
     PangoFontDescription* font = pango_font_description_from_string("Sans Bold");
     pango_font_description_set_absolute_size(font, std::max(5.0, height) * PANGO_SCALE);
     pango_layout_set_font_description(text, font);
-    pango_layout_set_text(text, QTime::currentTime().toString(u"H:mm"_s).toUtf8().constData(), -1);
+    const QString shown = time.isEmpty() ? QTime::currentTime().toString(u"H:mm"_s) : time;
+    pango_layout_set_text(text, shown.toUtf8().constData(), -1);
     int textWidth = 0;
     int textHeight = 0;
     pango_layout_get_pixel_size(text, &textWidth, &textHeight);
@@ -75,20 +77,22 @@ void drawClock(cairo_t* context, const QRectF& area, double x, double height) {
     g_object_unref(text);
 }
 
-void drawBattery(cairo_t* context, double right, double middle, double unit) {
+void drawBattery(cairo_t* context, int level, double right, double middle, double unit) {
     const QRectF shell(right - 27 * unit, middle - 6 * unit, 24 * unit, 12 * unit);
     setColour(context, inkColour);
     cairo_set_line_width(context, std::max(0.75, unit));
     addRoundedRectangle(context, shell, 3.5 * unit);
     cairo_stroke(context);
-    addRoundedRectangle(context, shell.adjusted(2 * unit, 2 * unit, -2 * unit, -2 * unit), 2 * unit);
+    QRectF charge = shell.adjusted(2 * unit, 2 * unit, -2 * unit, -2 * unit);
+    charge.setWidth(charge.width() * level / 100);
+    addRoundedRectangle(context, charge, 2 * unit);
     addRoundedRectangle(context, {right - 1.8 * unit, middle - 2 * unit, 1.8 * unit, 4 * unit}, unit);
     cairo_fill(context);
 }
 
-void drawSignal(cairo_t* context, double right, double middle, double unit) {
+void drawSignal(cairo_t* context, int bars, double right, double middle, double unit) {
     setColour(context, inkColour);
-    for (int bar = 0; bar < 4; ++bar) {
+    for (int bar = 0; bar < bars; ++bar) {
         const double height = (4 + 2.6 * bar) * unit;
         addRoundedRectangle(context, {right - (4 - bar) * 5 * unit, middle + 6 * unit - height, 3.4 * unit, height},
                             unit);
@@ -96,18 +100,19 @@ void drawSignal(cairo_t* context, double right, double middle, double unit) {
     cairo_fill(context);
 }
 
-void drawStatusBar(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
+void drawStatusBar(cairo_t* context, const DeviceType& type, const DeviceLayout& layout,
+                   const StatusBarContent& content) {
     const double unit = layout.zoom * (type.shape == DeviceShape::island ? 1.0 : 0.75);
     const QRectF& bar = layout.statusBar;
     const double middle = bar.center().y();
     const double inset = (type.shape == DeviceShape::island ? 34 : 10) * layout.zoom;
     if (type.shape == DeviceShape::homeButton) {
-        drawClock(context, bar, -1, 13 * layout.zoom);
+        drawClock(context, content.time, bar, -1, 13 * layout.zoom);
     } else {
-        drawClock(context, bar, bar.left() + inset, 17 * unit);
+        drawClock(context, content.time, bar, bar.left() + inset, 17 * unit);
     }
-    drawBattery(context, bar.right() - inset, middle, unit);
-    drawSignal(context, bar.right() - inset - 33 * unit, middle, unit);
+    drawBattery(context, content.batteryLevel, bar.right() - inset, middle, unit);
+    drawSignal(context, content.cellularBars, bar.right() - inset - 33 * unit, middle, unit);
     if (type.shape == DeviceShape::island) {
         const double width = 122 * layout.zoom;
         const double height = 35 * layout.zoom;
@@ -138,7 +143,22 @@ void drawHome(cairo_t* context, const DeviceType& type, const DeviceLayout& layo
 
 } // namespace
 
-void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area) {
+StatusBarContent StatusBarContent::of(const QMap<QString, QString>& overrides) {
+    StatusBarContent content;
+    const QString time = overrides.value(u"time"_s);
+    const QDateTime moment = QDateTime::fromString(time, Qt::ISODate);
+    content.time = moment.isValid() ? moment.time().toString(u"H:mm"_s) : time;
+    content.batteryLevel = std::clamp(overrides.value(u"batteryLevel"_s, u"100"_s).toInt(), 0, 100);
+    content.cellularBars = std::clamp(overrides.value(u"cellularBars"_s, u"4"_s).toInt(), 0, 4);
+    return content;
+}
+
+void addScreenOutline(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
+    addRoundedRectangle(context, layout.screen, screenRadius(type) * layout.zoom);
+}
+
+void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
+                const StatusBarContent& statusBar) {
     cairo_pattern_t* surround = cairo_pattern_create_linear(0, 0, 0, area.height());
     cairo_pattern_add_color_stop_rgb(surround, 0, surroundTop.red, surroundTop.green, surroundTop.blue);
     cairo_pattern_add_color_stop_rgb(surround, 1, surroundBottom.red, surroundBottom.green, surroundBottom.blue);
@@ -153,10 +173,10 @@ void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& la
     cairo_set_line_width(context, std::max(1.0, 2.5 * layout.zoom));
     cairo_stroke(context);
 
-    addRoundedRectangle(context, layout.screen, screenRadius(type) * layout.zoom);
+    addScreenOutline(context, type, layout);
     setColour(context, barColour);
     cairo_fill(context);
-    drawStatusBar(context, type, layout);
+    drawStatusBar(context, type, layout, statusBar);
     drawHome(context, type, layout);
 }
 

@@ -3,12 +3,32 @@
 
 #include "DeviceLayout.h"
 
+#include <QMap>
+#include <QString>
+
 typedef struct _cairo cairo_t;
 
 namespace corvanta::lab {
 
+/// What the status bar shows.
+struct StatusBarContent {
+    /// Empty for the time of day.
+    QString time;
+    /// 0 to 100.
+    int batteryLevel = 100;
+    /// 0 to 4.
+    int cellularBars = 4;
+
+    /// What overrides of the status bar, by the names of their options, make of it.
+    [[nodiscard]] static StatusBarContent of(const QMap<QString, QString>& overrides);
+};
+
 /// Draws the surround, the device's body and the status bar for an area of that size.
-void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area);
+void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
+                const StatusBarContent& statusBar);
+
+/// Adds the outline of the screen to the context's path.
+void addScreenOutline(cairo_t* context, const DeviceType& type, const DeviceLayout& layout);
 
 /// Draws what lies over the screen's corners, so that a page does not stand out of them.
 void drawScreenCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout);

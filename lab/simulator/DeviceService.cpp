@@ -7,6 +7,7 @@
 
 #include <gio/gio.h>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -28,6 +29,19 @@ constexpr char introspection[] = R"xml(<node>
       <arg name="longitude" type="d" direction="in"/>
     </method>
     <method name="ClearLocation"/>
+    <method name="FollowRoute">
+      <arg name="waypoints" type="a(dd)" direction="in"/>
+      <arg name="speed" type="d" direction="in"/>
+      <arg name="interval" type="d" direction="in"/>
+      <arg name="repeats" type="b" direction="in"/>
+    </method>
+    <method name="ReloadSettings"/>
+    <method name="Screenshot">
+      <arg name="format" type="s" direction="in"/>
+      <arg name="mask" type="s" direction="in"/>
+      <arg name="scale" type="d" direction="in"/>
+      <arg name="picture" type="ay" direction="out"/>
+    </method>
     <method name="ShowWindow"/>
     <method name="ShowWindowInBackground"/>
     <method name="Shutdown"/>
@@ -53,6 +67,24 @@ bool takeName(GDBusConnection* connection, const QByteArray& name) {
         g_variant_unref(reply);
     }
     return result == primaryOwner;
+}
+
+LocationRoute routeOf(GVariant* arguments) {
+    constexpr std::chrono::milliseconds shortest{20};
+    LocationRoute route;
+    GVariantIter* places = nullptr;
+    double interval = 1;
+    gboolean repeats = FALSE;
+    g_variant_get(arguments, "(a(dd)ddb)", &places, &route.speed, &interval, &repeats);
+    Coordinate place;
+    while (g_variant_iter_loop(places, "(dd)", &place.latitude, &place.longitude) != FALSE) {
+        route.waypoints.push_back(place);
+    }
+    g_variant_iter_free(places);
+    const auto wanted = std::chrono::duration<double>(std::clamp(interval, 0.0, 3600.0));
+    route.interval = std::max(shortest, std::chrono::duration_cast<std::chrono::milliseconds>(wanted));
+    route.repeats = repeats != FALSE;
+    return route;
 }
 
 } // namespace
@@ -122,6 +154,22 @@ void DeviceService::handleCall(GDBusConnection*, const char*, const char*, const
     static_cast<DeviceService*>(service)->answer(QString::fromUtf8(method), arguments, call);
 }
 
+void DeviceService::answerScreenshot(GVariant* arguments, GDBusMethodInvocation* call) const {
+    const char* format = nullptr;
+    const char* mask = nullptr;
+    double scale = 0;
+    g_variant_get(arguments, "(&s&sd)", &format, &mask, &scale);
+    const QByteArray picture = m_actions.screenshot(QString::fromUtf8(format), QString::fromUtf8(mask), scale);
+    if (picture.isEmpty()) {
+        g_dbus_method_invocation_return_dbus_error(call, "dev.corvanta.Lab.Error.NoPicture",
+                                                   "The device makes no such picture.");
+        return;
+    }
+    GVariant* bytes =
+        g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, picture.constData(), static_cast<gsize>(picture.size()), 1);
+    g_dbus_method_invocation_return_value(call, g_variant_new_tuple(&bytes, 1));
+}
+
 void DeviceService::answer(const QString& method, GVariant* arguments, GDBusMethodInvocation* call) {
     if (method == u"ShowWindow" || method == u"ShowWindowInBackground") {
         m_actions.showWindow(method == u"ShowWindow" ? WindowFocus::take : WindowFocus::leave,
@@ -147,6 +195,19 @@ void DeviceService::answer(const QString& method, GVariant* arguments, GDBusMeth
         double longitude = 0;
         g_variant_get(arguments, "(dd)", &latitude, &longitude);
         m_actions.setLocation(latitude, longitude);
+    } else if (method == u"FollowRoute") {
+        const LocationRoute route = routeOf(arguments);
+        if (route.waypoints.size() < 2 || !(route.speed > 0)) {
+            g_dbus_method_invocation_return_dbus_error(call, "dev.corvanta.Lab.Error.BadRoute",
+                                                       "A route has two places at least and a speed.");
+            return;
+        }
+        m_actions.followRoute(route);
+    } else if (method == u"ReloadSettings") {
+        m_actions.reloadSettings();
+    } else if (method == u"Screenshot") {
+        answerScreenshot(arguments, call);
+        return;
     } else {
         m_actions.clearLocation();
     }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "LocationRoute.h"
+
+#include <QByteArray>
 #include <QString>
 
 #include <functional>
@@ -23,6 +26,12 @@ struct DeviceActions {
     std::function<void(const QString&)> openURL;
     std::function<void(double, double)> setLocation;
     std::function<void()> clearLocation;
+    std::function<void(const LocationRoute&)> followRoute;
+    /// Takes the device's settings from its folder.
+    std::function<void()> reloadSettings;
+    /// A picture of the screen as the bytes of a file, by format, mask and pixels per CSS pixel; empty when none can be
+    /// made so.
+    std::function<QByteArray(const QString&, const QString&, double)> screenshot;
     /// Calls back once the window is mapped.
     std::function<void(WindowFocus, std::function<void()>)> showWindow;
     std::function<void()> shutdown;
@@ -57,6 +66,7 @@ private:
                            const char* method, GVariant* arguments, GDBusMethodInvocation* call, void* service);
     static GVariant* property(GDBusConnection* connection, const char* sender, const char* path, const char* interface,
                               const char* name, void* error, void* service);
+    void answerScreenshot(GVariant* arguments, GDBusMethodInvocation* call) const;
     void answer(const QString& method, GVariant* arguments, GDBusMethodInvocation* call);
 
     Identity m_identity;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceWindow.h"
 
-#include "DeviceDrawing.h"
+#include "ScreenCapture.h"
 
 #include <QTime>
 
@@ -105,7 +105,7 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     g_signal_connect(m_content, "get-child-position", G_CALLBACK(place), this);
     const auto draw = +[](GtkWidget*, cairo_t* context, gpointer window) -> gboolean {
         const auto* self = static_cast<DeviceWindow*>(window);
-        drawDevice(context, self->m_type, self->m_layout, self->m_area);
+        drawDevice(context, self->m_type, self->m_layout, self->m_area, self->m_statusBar);
         return TRUE;
     };
     g_signal_connect(m_canvas, "draw", G_CALLBACK(draw), this);
@@ -219,6 +219,21 @@ void DeviceWindow::hide() {
     gtk_widget_hide(m_window);
     moveContentTo(m_hidden);
     m_shown(false);
+}
+
+void DeviceWindow::apply(const DeviceSettings& settings) {
+    // The engine tells pages the appearance of the toolkit.
+    g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme",
+                 settings.appearance == u"dark" ? TRUE : FALSE, nullptr);
+    m_pages->location().setAllowed(settings.allowsLocation());
+    m_statusBar = StatusBarContent::of(settings.statusBar);
+    gtk_widget_queue_draw(m_canvas);
+}
+
+QByteArray DeviceWindow::screenshot(const QString& format, const QString& mask, double scale) {
+    const std::vector<ScreenLayer> layers{
+        {m_canvas, {0, 0}}, {m_pages->widget(), m_layout.page.topLeft()}, {m_bar->widget(), m_layout.bar.topLeft()}};
+    return captureScreen(layers, m_type, m_layout, {format, mask, scale > 0 ? scale : m_type.scale});
 }
 
 void DeviceWindow::followSize(QSize area) {

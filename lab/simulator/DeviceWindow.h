@@ -3,8 +3,10 @@
 
 #include "BrowserBar.h"
 #include "BrowserPages.h"
+#include "DeviceDrawing.h"
 #include "DeviceLayout.h"
 #include "DeviceService.h"
+#include "DeviceSettings.h"
 
 #include <QString>
 
@@ -36,6 +38,13 @@ public:
     /// Takes the window off the desktop; the device goes on.
     void hide();
 
+    /// Shows the device as its settings say, and its pages the appearance.
+    void apply(const DeviceSettings& settings);
+
+    /// A picture of the screen as the bytes of a file; empty for a format that cannot be written. The mask is
+    /// "ignored", "alpha" or "black"; `scale` is the picture's pixels per CSS pixel, 0 for the model's.
+    [[nodiscard]] QByteArray screenshot(const QString& format, const QString& mask, double scale);
+
 private:
     void makeWindow(const QString& title);
     void present();
@@ -54,6 +63,7 @@ private:
     std::unique_ptr<BrowserPages> m_pages;
     std::unique_ptr<BrowserBar> m_bar;
     DeviceLayout m_layout;
+    StatusBarContent m_statusBar;
     QSize m_area;
     std::vector<std::function<void()>> m_waiting;
     unsigned m_clock = 0;

@@ -101,7 +101,7 @@ int startAgain(char** argv) {
     return fail("cannot start again");
 }
 
-int run(const Device& device, const DeviceType& type, const Runtime& runtime, char** argv) {
+int run(const DeviceSet& set, const Device& device, const DeviceType& type, const Runtime& runtime, char** argv) {
     g_set_prgname("com.apple.iphonesimulator");
     g_set_application_name("Simulator");
     const std::uint16_t port = chooseInspectorPort();
@@ -116,6 +116,7 @@ int run(const Device& device, const DeviceType& type, const Runtime& runtime, ch
     window = std::make_unique<DeviceWindow>(
         type, runtime, device.name, [&] { service->setBooted(); },
         [&](bool isShown) { service->setWindowShown(isShown); });
+    window->apply(set.settings(device));
     if (!isListening(port)) {
         return startAgain(argv);
     }
@@ -123,6 +124,10 @@ int run(const Device& device, const DeviceType& type, const Runtime& runtime, ch
         .openURL = [&](const QString& url) { window->pages().open(url); },
         .setLocation = [&](double latitude, double longitude) { window->pages().location().set(latitude, longitude); },
         .clearLocation = [&] { window->pages().location().clear(); },
+        .followRoute = [&](const LocationRoute& route) { window->pages().location().follow(route); },
+        .reloadSettings = [&] { window->apply(set.settings(device)); },
+        .screenshot = [&](const QString& format, const QString& mask,
+                          double scale) { return window->screenshot(format, mask, scale); },
         .showWindow = [&](WindowFocus focus, std::function<void()> then) { window->show(focus, std::move(then)); },
         .shutdown = [&] { g_main_loop_quit(loop.get()); }};
     service = std::make_unique<DeviceService>(
@@ -152,7 +157,8 @@ int main(int argc, char** argv) {
         return fail("usage: SimulatorDevice UDID");
     }
     try {
-        const auto device = DeviceSet::open().deviceWithId(QString::fromUtf8(argv[1]));
+        const DeviceSet set = DeviceSet::open();
+        const auto device = set.deviceWithId(QString::fromUtf8(argv[1]));
         if (!device) {
             return fail("no device with that identifier");
         }
@@ -164,7 +170,7 @@ int main(int argc, char** argv) {
         if (SystemDescription::load().findRuntime(device->runtime) == nullptr) {
             return fail("the device's runtime is not installed");
         }
-        return run(*device, *type, *runtime, argv);
+        return run(set, *device, *type, *runtime, argv);
     } catch (const std::exception& problem) {
         return fail(problem.what());
     }

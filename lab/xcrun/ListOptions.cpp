@@ -14,9 +14,10 @@ ListOptions ListOptions::parse(const QStringList& arguments) {
     for (const QString& argument : arguments) {
         if (argument == u"-j" || argument == u"--json") {
             options.isJson = true;
-        } else if (argument == u"-v" || argument == u"--verbose" || argument == u"-e" ||
-                   argument == u"--no-escape-slashes") {
-            continue;
+        } else if (argument == u"-v" || argument == u"--verbose") {
+            options.isVerbose = true;
+        } else if (argument == u"-e" || argument == u"--no-escape-slashes") {
+            options.escapesSlashes = false;
         } else if (argument.startsWith(u'-')) {
             options.problem = u"Unknown option: "_s + argument;
         } else if (!hasSection && options.terms.isEmpty() && !options.onlyAvailable && sections.contains(argument)) {

@@ -9,6 +9,10 @@ namespace corvanta::lab {
 /// What `simctl list` is asked for.
 struct ListOptions {
     bool isJson = false;
+    /// Whether slashes in JSON are written with a backslash before them.
+    bool escapesSlashes = true;
+    /// Whether the text tells the folders too.
+    bool isVerbose = false;
     bool deviceTypes = true;
     bool runtimes = true;
     bool devices = true;

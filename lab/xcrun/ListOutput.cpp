@@ -3,6 +3,8 @@
 
 #include "DeviceCatalogue.h"
 
+#include <QDirIterator>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -15,12 +17,31 @@ namespace {
 
 constexpr auto profileFolder = "/Library/Developer/CoreSimulator/Profiles"_L1;
 
+QString typeBundle(const DeviceType& type) {
+    return profileFolder + u"/DeviceTypes/"_s + type.name + u".simdevicetype"_s;
+}
+
 QString runtimeBundle(const Runtime& runtime) {
     return profileFolder + u"/Runtimes/"_s + runtime.name + u".simruntime"_s;
 }
 
+/// What a verbose line ends with.
+QString folderNote(const ListOptions& options, const QString& folder) {
+    return options.isVerbose ? u" ["_s + folder + u']' : QString();
+}
+
+qint64 sizeOf(const QString& path) {
+    qint64 sum = QFileInfo(path).isFile() ? QFileInfo(path).size() : 0;
+    QDirIterator files(path, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        files.next();
+        sum += files.fileInfo().size();
+    }
+    return sum;
+}
+
 QJsonObject deviceTypeObject(const DeviceType& type) {
-    return {{u"bundlePath"_s, profileFolder + u"/DeviceTypes/"_s + type.name + u".simdevicetype"_s},
+    return {{u"bundlePath"_s, typeBundle(type)},
             {u"identifier"_s, type.identifier},
             {u"maxRuntimeVersion"_s, 4294967295.0},
             {u"maxRuntimeVersionString"_s, u"65535.255.255"_s},
@@ -67,9 +88,11 @@ QString availabilityError(const Device& device, const SystemDescription& system)
 QJsonObject deviceObject(const ListedDevice& listed, const SystemDescription& system) {
     const QString problem = availabilityError(listed.device, system);
     QJsonObject object{{u"dataPath"_s, listed.folder + u"/data"_s},
+                       {u"dataPathSize"_s, sizeOf(listed.folder + u"/data"_s)},
                        {u"deviceTypeIdentifier"_s, listed.device.deviceType},
                        {u"isAvailable"_s, problem.isEmpty()},
                        {u"logPath"_s, listed.folder + u"/device.log"_s},
+                       {u"logPathSize"_s, sizeOf(listed.folder + u"/device.log"_s)},
                        {u"name"_s, listed.device.name},
                        {u"state"_s, listed.state},
                        {u"udid"_s, listed.device.udid}};
@@ -142,7 +165,7 @@ QByteArray jsonOutput(const ListOptions& options, const std::vector<ListedDevice
     if (options.pairs) {
         document[u"pairs"] = QJsonObject();
     }
-    return spellJson(document) + '\n';
+    return spellJson(document, options.escapesSlashes) + '\n';
 }
 
 QString deviceLines(const ListOptions& options, const std::vector<ListedDevice>& devices,
@@ -157,7 +180,8 @@ QString deviceLines(const ListOptions& options, const std::vector<ListedDevice>&
             }
             const QString problem = availabilityError(listed.device, system);
             lines += u"    %1 (%2) (%3) "_s.arg(listed.device.name, listed.device.udid, listed.state);
-            lines += problem.isEmpty() ? u"\n"_s : u"(unavailable, %1)\n"_s.arg(problem);
+            lines += problem.isEmpty() ? QString() : u"(unavailable, %1)"_s.arg(problem);
+            lines += folderNote(options, listed.folder) + u'\n';
         }
         if (runtime != nullptr) {
             text += u"-- %1 --\n"_s.arg(runtime->name) + lines;
@@ -175,7 +199,7 @@ QByteArray textOutput(const ListOptions& options, const std::vector<ListedDevice
         text += u"== Device Types ==\n"_s;
         for (const DeviceType& type : deviceTypes()) {
             if (options.matches({type.name, type.identifier})) {
-                text += u"%1 (%2)\n"_s.arg(type.name, type.identifier);
+                text += u"%1 (%2)"_s.arg(type.name, type.identifier) + folderNote(options, typeBundle(type)) + u'\n';
             }
         }
     }
@@ -183,8 +207,9 @@ QByteArray textOutput(const ListOptions& options, const std::vector<ListedDevice
         text += u"== Runtimes ==\n"_s;
         for (const Runtime& runtime : system.runtimes) {
             if (options.matches({runtime.name, runtime.identifier})) {
-                text += u"%1 (%2 - %3) - %4\n"_s.arg(runtime.name, runtime.version.toString(), runtime.build,
-                                                     runtime.identifier);
+                text += u"%1 (%2 - %3) - %4"_s.arg(runtime.name, runtime.version.toString(), runtime.build,
+                                                   runtime.identifier) +
+                        folderNote(options, runtimeBundle(runtime)) + u'\n';
             }
         }
     }
@@ -197,37 +222,38 @@ QByteArray textOutput(const ListOptions& options, const std::vector<ListedDevice
     return text.toUtf8();
 }
 
-QByteArray spellScalar(const QJsonValue& value) {
+QByteArray spellScalar(const QJsonValue& value, bool escapesSlashes) {
     // The document needs an array or an object around a value.
     QByteArray text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     text = text.sliced(1, text.size() - 2);
-    return text.replace('/', "\\/");
+    return escapesSlashes ? text.replace('/', "\\/") : text;
 }
 
-QByteArray spell(const QJsonValue& value, int level) {
+QByteArray spell(const QJsonValue& value, int level, bool escapesSlashes) {
     const QByteArray outer(level * 2, ' ');
     const QByteArray inner(level * 2 + 2, ' ');
     QByteArrayList parts;
     if (value.isObject()) {
         const QJsonObject object = value.toObject();
         for (auto entry = object.begin(); entry != object.end(); ++entry) {
-            parts.append(inner + spellScalar(entry.key()) + " : " + spell(entry.value(), level + 1));
+            parts.append(inner + spellScalar(entry.key(), escapesSlashes) + " : " +
+                         spell(entry.value(), level + 1, escapesSlashes));
         }
         return parts.isEmpty() ? "{\n\n" + outer + '}' : "{\n" + parts.join(",\n") + '\n' + outer + '}';
     }
     if (value.isArray()) {
         for (const QJsonValue entry : value.toArray()) {
-            parts.append(inner + spell(entry, level + 1));
+            parts.append(inner + spell(entry, level + 1, escapesSlashes));
         }
         return parts.isEmpty() ? "[\n\n" + outer + ']' : "[\n" + parts.join(",\n") + '\n' + outer + ']';
     }
-    return spellScalar(value);
+    return spellScalar(value, escapesSlashes);
 }
 
 } // namespace
 
-QByteArray spellJson(const QJsonValue& value) {
-    return spell(value, 0);
+QByteArray spellJson(const QJsonValue& value, bool escapesSlashes) {
+    return spell(value, 0, escapesSlashes);
 }
 
 QByteArray listOutput(const ListOptions& options, const std::vector<ListedDevice>& devices,

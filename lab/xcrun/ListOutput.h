@@ -27,7 +27,8 @@ struct ListedDevice {
 [[nodiscard]] QByteArray listOutput(const ListOptions& options, const std::vector<ListedDevice>& devices,
                                     const SystemDescription& system);
 
-/// A document as the Mac's tool spells it: two spaces a level, blanks on both sides of the colon, slashes escaped.
-[[nodiscard]] QByteArray spellJson(const QJsonValue& value);
+/// A document as the Mac's tool spells it: two spaces a level, blanks on both sides of the colon, slashes escaped
+/// unless told otherwise.
+[[nodiscard]] QByteArray spellJson(const QJsonValue& value, bool escapesSlashes = true);
 
 } // namespace corvanta::lab

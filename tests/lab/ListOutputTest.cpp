@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ListOutput.h"
 #include "DeviceCatalogue.h"
-#include "Simctl.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -116,14 +115,6 @@ TEST(ListOutput, SpellsJsonAsTheMacDoes) {
 
 TEST(ListOptions, RefusesUnknownOptions) {
     EXPECT_EQ(ListOptions::parse({u"--frobnicate"_s}).problem, u"Unknown option: --frobnicate");
-}
-
-TEST(LocationArgument, ReadsAPairOfDegrees) {
-    EXPECT_EQ(LocationArgument::parse(u"37.3349,-122.009"_s), (LocationArgument{37.3349, -122.009}));
-    EXPECT_EQ(LocationArgument::parse(u"0,0"_s), (LocationArgument{0, 0}));
-    for (const QString& text : {u""_s, u"1"_s, u"1,"_s, u"1,2,3"_s, u"a,b"_s, u"nan,0"_s, u"inf,0"_s}) {
-        EXPECT_EQ(LocationArgument::parse(text), std::nullopt) << text.toStdString();
-    }
 }
 
 } // namespace

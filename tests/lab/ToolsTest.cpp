@@ -48,8 +48,8 @@ TEST_F(ToolsTest, XcrunFindsSimctlAndRunsIt) {
     const ToolRun found = run(u"xcrun"_s, {u"--find"_s, u"simctl"_s});
     EXPECT_EQ(found.status, 0);
     EXPECT_EQ(found.output, QByteArray(CORVANTA_LAB_PROGRAMS) + "/simctl\n");
-    EXPECT_EQ(run(u"xcrun"_s, {u"simctl"_s, u"help"_s, u"boot"_s}).output,
-              "Boot a device.\nUsage: simctl boot <device>\n");
+    EXPECT_EQ(run(u"xcrun"_s, {u"simctl"_s, u"help"_s, u"rename"_s}).output,
+              "Rename a device.\nUsage: simctl rename <device> <name>\n");
 }
 
 TEST_F(ToolsTest, XcrunSaysWhenAToolIsMissing) {
@@ -233,7 +233,10 @@ TEST_F(ToolsTest, RefusesWhatCannotBeCreated) {
 TEST_F(ToolsTest, NamesAnUnknownDevice) {
     const ToolRun run1 = run(u"simctl"_s, {u"boot"_s, u"nonsense"_s});
     EXPECT_EQ(run1.status, 148);
-    EXPECT_EQ(run1.error, "Invalid device: nonsense\n");
+    EXPECT_EQ(run1.error, "Invalid device or device pair: nonsense\n");
+    const ToolRun run2 = run(u"simctl"_s, {u"shutdown"_s, u"nonsense"_s});
+    EXPECT_EQ(run2.status, 148);
+    EXPECT_EQ(run2.error, "Invalid device: nonsense\n");
     const ToolRun none = run(u"simctl"_s, {u"openurl"_s, u"booted"_s, u"http://localhost/"_s});
     EXPECT_EQ(none.status, 149);
     EXPECT_EQ(none.error, "No devices are booted.\n");
