@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceWindow.h"
 
+#include "EngineHost.h"
+
 #include "ScreenCapture.h"
 
 #include <QTime>
@@ -30,7 +32,7 @@ constexpr char windowStyle[] = ".browser-bar { background: transparent; color: #
                                ".browser-bar .address { background: #e4e4e9; }"
                                ".start-page label { color: #636366; margin: 0 12px; }"
                                ".start-page .start-page-title { color: #1c1c1e; font-size: 20px; font-weight: 600; }"
-                               ".crash { background: #ffffff; color: #1c1c1e; padding: 8px; }";
+                               ".page-message { background: #ffffff; color: #1c1c1e; padding: 8px; }";
 
 void addStyle() {
     GtkCssProvider* provider = gtk_css_provider_new();
@@ -72,14 +74,17 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     m_canvas = gtk_drawing_area_new();
     gtk_container_add(GTK_CONTAINER(m_content), m_canvas);
 
-    m_pages = std::make_unique<BrowserPages>(
-        type, runtime,
-        [this] {
-            if (m_bar) {
-                m_bar->update();
-            }
-        },
-        std::move(ready));
+    presentAs(type);
+    m_pages = std::make_unique<BrowserPages>(type, runtime,
+                                             BrowserPages::Events{.changed =
+                                                                      [this] {
+                                                                          if (m_bar) {
+                                                                              m_bar->update();
+                                                                          }
+                                                                      },
+                                                                  .viewportAsked = [this] { layOut(); },
+                                                                  .edited = [](bool, bool) {},
+                                                                  .ready = std::move(ready)});
     m_bar = std::make_unique<BrowserBar>(type, *m_pages);
     m_corners = gtk_drawing_area_new();
     gtk_overlay_add_overlay(GTK_OVERLAY(m_content), m_pages->widget());
@@ -241,7 +246,25 @@ void DeviceWindow::followSize(QSize area) {
         return;
     }
     m_area = area;
-    m_layout = DeviceLayout::fit(m_type, area);
+    layOut();
+}
+
+void DeviceWindow::setOrientation(Orientation orientation) {
+    if (orientation == m_orientation) {
+        return;
+    }
+    m_orientation = orientation;
+    layOut();
+    m_pages->turn(orientation);
+}
+
+void DeviceWindow::layOut() {
+    if (!m_pages || m_area.isEmpty()) {
+        return;
+    }
+    const WebPage* page = m_pages->front();
+    m_layout = DeviceLayout::fit(m_type, m_area, m_orientation,
+                                 page == nullptr ? ViewportFit::automatic : page->viewportFit());
     m_pages->setPageSize(m_layout.page.size());
     if (m_rescale == 0) {
         // Sizes asked for while sizes are given would be lost.
@@ -249,7 +272,7 @@ void DeviceWindow::followSize(QSize area) {
             auto* self = static_cast<DeviceWindow*>(window);
             self->m_rescale = 0;
             self->m_bar->setScale(self->m_layout.zoom);
-            gtk_widget_queue_draw(self->m_content);
+            gtk_widget_queue_resize(self->m_content);
             return G_SOURCE_REMOVE;
         };
         m_rescale = g_idle_add_full(GDK_PRIORITY_EVENTS, rescale, this, nullptr);

@@ -41,6 +41,11 @@ public:
     /// Shows the device as its settings say, and its pages the appearance.
     void apply(const DeviceSettings& settings);
 
+    /// How the device is held.
+    [[nodiscard]] Orientation orientation() const { return m_orientation; }
+
+    void setOrientation(Orientation orientation);
+
     /// A picture of the screen as the bytes of a file; empty for a format that cannot be written. The mask is
     /// "ignored", "alpha" or "black"; `scale` is the picture's pixels per CSS pixel, 0 for the model's.
     [[nodiscard]] QByteArray screenshot(const QString& format, const QString& mask, double scale);
@@ -52,6 +57,7 @@ private:
     bool handleKey(const GdkEventKey& event);
     void followSize(QSize area);
     void scheduleClock();
+    void layOut();
 
     DeviceType m_type;
     std::function<void(bool)> m_shown;
@@ -63,6 +69,7 @@ private:
     std::unique_ptr<BrowserPages> m_pages;
     std::unique_ptr<BrowserBar> m_bar;
     DeviceLayout m_layout;
+    Orientation m_orientation = Orientation::portrait;
     StatusBarContent m_statusBar;
     QSize m_area;
     std::vector<std::function<void()>> m_waiting;

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QMap>
 
 #include <glib-unix.h>
 #include <gtk/gtk.h>
@@ -101,6 +102,18 @@ int startAgain(char** argv) {
     return fail("cannot start again");
 }
 
+bool setOrientation(DeviceWindow& window, const QString& word) {
+    static const QMap<QString, Orientation> orientations{{u"portrait"_s, Orientation::portrait},
+                                                         {u"landscapeLeft"_s, Orientation::landscapeLeft},
+                                                         {u"landscapeRight"_s, Orientation::landscapeRight}};
+    const auto found = orientations.find(word);
+    if (found == orientations.end()) {
+        return false;
+    }
+    window.setOrientation(*found);
+    return true;
+}
+
 int run(const DeviceSet& set, const Device& device, const DeviceType& type, const Runtime& runtime, char** argv) {
     g_set_prgname("com.apple.iphonesimulator");
     g_set_application_name("Simulator");
@@ -128,6 +141,7 @@ int run(const DeviceSet& set, const Device& device, const DeviceType& type, cons
         .reloadSettings = [&] { window->apply(set.settings(device)); },
         .screenshot = [&](const QString& format, const QString& mask,
                           double scale) { return window->screenshot(format, mask, scale); },
+        .setOrientation = [&](const QString& word) { return setOrientation(*window, word); },
         .showWindow = [&](WindowFocus focus, std::function<void()> then) { window->show(focus, std::move(then)); },
         .shutdown = [&] { g_main_loop_quit(loop.get()); }};
     service = std::make_unique<DeviceService>(
