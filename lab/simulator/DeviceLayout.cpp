@@ -18,7 +18,9 @@ constexpr double roundingGuard = 0.004;
 /// and its width in media queries would be one too large (WebKitGTK 2.50).
 constexpr double smallestEnlargement = 1.016;
 /// How many page widths are tried for a height that comes out whole.
-constexpr int candidates = 6;
+constexpr int candidates = 16;
+/// What of a CSS pixel may be left over below a page.
+constexpr double smallRest = 0.2;
 
 QMarginsF border(const DeviceType& type, Orientation orientation) {
     switch (type.shape) {
@@ -55,6 +57,9 @@ PageSize pageSize(const QSize& viewport, int limit) {
         if (rest < smallestRest) {
             smallestRest = rest;
             best = {width, height, zoom};
+        }
+        if (smallestRest < smallRest) {
+            break;
         }
         // Once a height fits, a few more widths may fit it better; until one does, the search goes on.
         if (smallestRest < 0.9) {

@@ -38,7 +38,8 @@ bool isEngine(const void* caller) {
 }
 
 /// The toolkit's own function of that name.
-template <typename Function> Function* toolkit(const char* name) {
+template<typename Function>
+Function* toolkit(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 

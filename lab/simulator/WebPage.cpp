@@ -63,11 +63,11 @@ WebPage::~WebPage() {
 void WebPage::addScripts() {
     const auto add = [this](const char* source, const char* world) {
         WebKitUserScript* script =
-            world == nullptr
-                ? webkit_user_script_new(source, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-                                         WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr)
-                : webkit_user_script_new_for_world(source, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-                                                   WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, world, nullptr, nullptr);
+            world == nullptr ? webkit_user_script_new(source, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                                                      WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr)
+                             : webkit_user_script_new_for_world(source, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                                                                WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, world,
+                                                                nullptr, nullptr);
         webkit_user_content_manager_add_script(m_content, script);
         webkit_user_script_unref(script);
     };
@@ -118,8 +118,8 @@ void WebPage::connectSignals() {
     };
     g_signal_connect(m_view, "web-process-terminated", G_CALLBACK(crashed), this);
 
-    const auto listen = [this](const char* name, void (*heard)(WebKitUserContentManager*, WebKitJavascriptResult*,
-                                                               gpointer)) {
+    const auto listen = [this](const char* name,
+                               void (*heard)(WebKitUserContentManager*, WebKitJavascriptResult*, gpointer)) {
         g_signal_connect(m_content, (QByteArray("script-message-received::") + name).constData(), G_CALLBACK(heard),
                          this);
         webkit_user_content_manager_register_script_message_handler_in_world(m_content, name, ownWorld);
