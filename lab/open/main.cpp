@@ -133,18 +133,29 @@ int openSafari(const OpenOptions& options) {
     return 0;
 }
 
+/// The application's name, or its path without a closing slash; of an application within an Xcode wherever that is, the
+/// name alone.
+QString applicationName(QString text) {
+    while (text.size() > 1 && text.endsWith(u'/')) {
+        text.chop(1);
+    }
+    constexpr auto ownFolder = "/Xcode.app/Contents/Developer/Applications/"_L1;
+    const qsizetype place = text.indexOf(ownFolder);
+    return place < 0 ? text : text.sliced(place + ownFolder.size());
+}
+
 int run(const OpenOptions& options) {
-    static const QStringList simulatorNames{u"Simulator"_s, u"Simulator.app"_s, u"com.apple.iphonesimulator"_s,
-                                            u"/Applications/Xcode.app/Contents/Developer/Applications/Simulator.app"_s};
+    static const QStringList simulatorNames{u"Simulator"_s, u"Simulator.app"_s, u"com.apple.iphonesimulator"_s};
     static const QStringList safariNames{u"Safari"_s, u"Safari.app"_s, QString(safariName),
                                          u"/Applications/Safari.app"_s};
     if (!options.problem.isEmpty()) {
         return fail(options.problem + QLatin1StringView(usageText));
     }
-    const QString application =
-        options.application.isEmpty() && options.items.size() == 1 && options.items.first().endsWith(u".app")
-            ? options.items.first()
-            : options.application;
+    // Addresses may end so too.
+    const bool isItem = options.application.isEmpty() && options.items.size() == 1 &&
+                        !options.items.first().contains(u"://") &&
+                        applicationName(options.items.first()).endsWith(u".app");
+    const QString application = applicationName(isItem ? options.items.first() : options.application);
     if (application.isEmpty() && options.items.isEmpty()) {
         return fail(QLatin1StringView(usageText));
     }
@@ -153,7 +164,9 @@ int run(const OpenOptions& options) {
     }
     if (application.isEmpty() || safariNames.contains(application, Qt::CaseInsensitive)) {
         OpenOptions safari = options;
-        safari.items.removeAll(options.application.isEmpty() ? application : QString());
+        if (isItem) {
+            safari.items.clear();
+        }
         return openSafari(safari);
     }
     return fail(

@@ -157,6 +157,21 @@ void addScreenOutline(cairo_t* context, const DeviceType& type, const DeviceLayo
     addRoundedRectangle(context, layout.screen, screenRadius(type) * layout.zoom);
 }
 
+void drawSquareCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
+    if (screenRadius(type) <= 0) {
+        return;
+    }
+    cairo_save(context);
+    constexpr double overlap = 3;
+    cairo_rectangle(context, layout.screen.x(), layout.screen.y(), layout.screen.width(), layout.screen.height());
+    // A little over the screen's own edge, which is blended with what is behind it.
+    addRoundedRectangle(context, layout.screen, (screenRadius(type) + overlap) * layout.zoom);
+    cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);
+    setColour(context, barColour);
+    cairo_fill(context);
+    cairo_restore(context);
+}
+
 void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
                 const StatusBarContent& statusBar) {
     cairo_pattern_t* surround = cairo_pattern_create_linear(0, 0, 0, area.height());

@@ -30,6 +30,9 @@ void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& la
 /// Adds the outline of the screen to the context's path.
 void addScreenOutline(cairo_t* context, const DeviceType& type, const DeviceLayout& layout);
 
+/// Makes the screen's corners square, in the colour of its bars.
+void drawSquareCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout);
+
 /// Draws what lies over the screen's corners, so that a page does not stand out of them.
 void drawScreenCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout);
 

@@ -236,9 +236,9 @@ void DeviceWindow::apply(const DeviceSettings& settings) {
 }
 
 QByteArray DeviceWindow::screenshot(const QString& format, const QString& mask, double scale) {
-    const std::vector<ScreenLayer> layers{
-        {m_canvas, {0, 0}}, {m_pages->widget(), m_layout.page.topLeft()}, {m_bar->widget(), m_layout.bar.topLeft()}};
-    return captureScreen(layers, m_type, m_layout, {format, mask, scale > 0 ? scale : m_type.scale});
+    const std::vector<ScreenLayer> layers{{m_pages->widget(), m_layout.page.topLeft()},
+                                          {m_bar->widget(), m_layout.bar.topLeft()}};
+    return captureScreen(m_canvas, layers, m_type, m_layout, {format, mask, scale > 0 ? scale : m_type.scale});
 }
 
 void DeviceWindow::followSize(QSize area) {

@@ -19,6 +19,9 @@ struct ContextFreer {
     void operator()(cairo_t* context) const { cairo_destroy(context); }
 };
 
+using SurfacePointer = std::unique_ptr<cairo_surface_t, SurfaceFreer>;
+using ContextPointer = std::unique_ptr<cairo_t, ContextFreer>;
+
 struct ObjectFreer {
     void operator()(GdkPixbuf* object) const { g_object_unref(object); }
 };
@@ -39,29 +42,48 @@ QByteArray fileBytes(GdkPixbuf* picture, const QByteArray& format) {
     return result;
 }
 
+/// Draws a widget by way of a picture at its own size: scaled on its way, its edges would mix with nothing.
+void drawLayer(cairo_t* context, const ScreenLayer& layer) {
+    const int width = gtk_widget_get_allocated_width(layer.widget);
+    const int height = gtk_widget_get_allocated_height(layer.widget);
+    const SurfacePointer picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
+    {
+        const ContextPointer own(cairo_create(picture.get()));
+        gtk_widget_draw(layer.widget, own.get());
+    }
+    cairo_save(context);
+    cairo_set_antialias(context, CAIRO_ANTIALIAS_NONE);
+    cairo_set_source_surface(context, picture.get(), layer.place.x(), layer.place.y());
+    cairo_pattern_set_extend(cairo_get_source(context), CAIRO_EXTEND_PAD);
+    cairo_rectangle(context, layer.place.x(), layer.place.y(), width, height);
+    cairo_fill(context);
+    cairo_restore(context);
+}
+
 } // namespace
 
-QByteArray captureScreen(const std::vector<ScreenLayer>& layers, const DeviceType& type, const DeviceLayout& layout,
-                         const CaptureOptions& options) {
+QByteArray captureScreen(GtkWidget* canvas, const std::vector<ScreenLayer>& layers, const DeviceType& type,
+                         const DeviceLayout& layout, const CaptureOptions& options) {
     const QSize size(qRound(type.screen.width() * options.scale), qRound(type.screen.height() * options.scale));
     if (size.isEmpty() || size.width() > 8192 || size.height() > 8192) {
         return {};
     }
-    const std::unique_ptr<cairo_surface_t, SurfaceFreer> surface(cairo_image_surface_create(
+    const SurfacePointer surface(cairo_image_surface_create(
         options.mask == u"alpha" ? CAIRO_FORMAT_ARGB32 : CAIRO_FORMAT_RGB24, size.width(), size.height()));
     {
-        const std::unique_ptr<cairo_t, ContextFreer> context(cairo_create(surface.get()));
+        const ContextPointer context(cairo_create(surface.get()));
         cairo_scale(context.get(), size.width() / layout.screen.width(), size.height() / layout.screen.height());
         cairo_translate(context.get(), -layout.screen.x(), -layout.screen.y());
         if (options.mask != u"ignored") {
             addScreenOutline(context.get(), type, layout);
             cairo_clip(context.get());
         }
+        gtk_widget_draw(canvas, context.get());
         for (const ScreenLayer& layer : layers) {
-            cairo_save(context.get());
-            cairo_translate(context.get(), layer.place.x(), layer.place.y());
-            gtk_widget_draw(layer.widget, context.get());
-            cairo_restore(context.get());
+            drawLayer(context.get(), layer);
+        }
+        if (options.mask == u"ignored") {
+            drawSquareCorners(context.get(), type, layout);
         }
     }
     const std::unique_ptr<GdkPixbuf, ObjectFreer> picture(

@@ -13,7 +13,7 @@ typedef struct _GtkWidget GtkWidget;
 
 namespace corvanta::lab {
 
-/// A widget that is part of the screen, with its place in the window's area.
+/// A widget on the screen, with its place in the window's area.
 struct ScreenLayer {
     GtkWidget* widget = nullptr;
     QPoint place;
@@ -31,8 +31,10 @@ struct CaptureOptions {
 
 /// A picture of the screen as the bytes of a file; empty for a format that cannot be written.
 ///
-/// The layers are drawn in their order as they are in the window, and brought to the picture's size.
-[[nodiscard]] QByteArray captureScreen(const std::vector<ScreenLayer>& layers, const DeviceType& type,
-                                       const DeviceLayout& layout, const CaptureOptions& options);
+/// The canvas, which covers the window's area, is drawn at the picture's size; the layers are drawn over it in their
+/// order as they are in the window, and brought to that size.
+[[nodiscard]] QByteArray captureScreen(GtkWidget* canvas, const std::vector<ScreenLayer>& layers,
+                                       const DeviceType& type, const DeviceLayout& layout,
+                                       const CaptureOptions& options);
 
 } // namespace corvanta::lab

@@ -166,7 +166,12 @@ int environmentCommand(const QStringList& arguments) {
         throw usage(u"getenv"_s);
     }
     Session session;
-    const Device device = session.runningDevice(arguments[0]);
+    const Device device = session.device(arguments[0]);
+    if (!session.isRunning(device)) {
+        // Clients tell a device that is off by the second line.
+        throw failure(simulatorDomain, invalidState,
+                      u"Unable to lookup in current state: Shutdown\nCurrent state: Shutdown"_s);
+    }
     if (const QString value = environmentValue(session, device, arguments[1]); !value.isEmpty()) {
         print(value + u'\n');
     }

@@ -60,6 +60,7 @@ int screenshot(const QString& word, QStringList words) {
     const auto type = takeOption(words, u"--type"_s, u"io"_s);
     const Options options = takeOptions(words);
     DeviceBus::ScreenshotOptions wanted{.mask = options.mask};
+    bool isDetected = false;
     if (type) {
         if (!extensions.contains(type->toLower())) {
             throw usage(u"io"_s, u"Unsupported type: "_s + *type);
@@ -68,10 +69,13 @@ int screenshot(const QString& word, QStringList words) {
     } else if (const auto found = extensions.find(QFileInfo(options.file).suffix().toLower());
                found != extensions.end()) {
         wanted.format = *found;
-        printError(u"Detected file type '%1' from extension\n"_s.arg(wanted.format.toUpper()));
+        isDetected = true;
     }
     Session session;
     const Device device = session.runningDevice(word);
+    if (isDetected) {
+        printError(u"Detected file type '%1' from extension\n"_s.arg(wanted.format.toUpper()));
+    }
     const QByteArray picture = session.bus().screenshot(device.udid, wanted, requestLimit);
     if (options.file == u"-") {
         std::fwrite(picture.constData(), 1, std::size_t(picture.size()), stdout);

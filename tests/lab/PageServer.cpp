@@ -14,15 +14,20 @@ using namespace Qt::Literals::StringLiterals;
 constexpr char page[] = R"html(<!doctype html><meta charset="utf-8"><meta name="viewport" content="width=device-width">
 <title>Report</title><style>html { background: #ff00ff; } body { margin: 0; }</style><script>
 let geo = 'none';
+let speed = null;
 const report = () => fetch('/report?' + encodeURIComponent(JSON.stringify({
     page: location.pathname.slice(1), width: innerWidth, height: innerHeight,
     layoutWidth: document.documentElement.clientWidth, media: matchMedia(`(width: ${innerWidth}px)`).matches,
     ratio: devicePixelRatio, touch: navigator.maxTouchPoints, platform: navigator.platform,
-    screen: screen.width + 'x' + screen.height, agent: navigator.userAgent, visible: document.visibilityState, geo })));
+    screen: screen.width + 'x' + screen.height, agent: navigator.userAgent, visible: document.visibilityState, geo, speed,
+    dark: matchMedia('(prefers-color-scheme: dark)').matches })));
 addEventListener('load', () => {
-    if (location.pathname === '/located') {
+    if (location.pathname.startsWith('/located')) {
         navigator.geolocation.watchPosition(
-            position => { geo = position.coords.latitude + ',' + position.coords.longitude; },
+            position => {
+                geo = position.coords.latitude + ',' + position.coords.longitude;
+                speed = position.coords.speed;
+            },
             error => { geo = 'error ' + error.code; });
     }
     if (location.pathname === '/opener') {

@@ -270,6 +270,12 @@ TEST_F(ToolsTest, OpenNamesAnUnknownApplication) {
     EXPECT_EQ(unknown.error, "Unable to find application named 'Nonsense'\n");
 }
 
+TEST_F(ToolsTest, OpenTakesAnAddressThatEndsLikeAnApplication) {
+    const ToolRun address = run(u"open"_s, {u"https://example.app"_s});
+    EXPECT_EQ(address.status, 1) << "there is no session bus";
+    EXPECT_FALSE(address.error.contains("example.app")) << address.error.constData();
+}
+
 } // namespace
 
 } // namespace corvanta
