@@ -17,16 +17,6 @@ namespace corvanta::lab {
 
 namespace {
 
-gboolean answerPermission(WebKitWebView*, WebKitPermissionRequest* request, gpointer feed) {
-    if (WEBKIT_IS_GEOLOCATION_PERMISSION_REQUEST(request) && static_cast<LocationFeed*>(feed)->isAllowed()) {
-        // Also without a location, as a refusal would stick to the page: the feed tells that there is none.
-        webkit_permission_request_allow(request);
-    } else {
-        webkit_permission_request_deny(request);
-    }
-    return TRUE;
-}
-
 void enableFeature(WebKitSettings* settings, const char* name) {
     WebKitFeatureList* features = webkit_settings_get_all_features();
     for (gsize index = 0; index < webkit_feature_list_get_length(features); ++index) {
@@ -66,11 +56,16 @@ BrowserPages::BrowserPages(const DeviceType& type, const Runtime& runtime, Event
     , m_location(std::make_unique<LocationFeed>(m_device.context))
     , m_stack(gtk_stack_new()) {
     gtk_stack_set_homogeneous(GTK_STACK(m_stack), FALSE);
+    gtk_style_context_add_class(gtk_widget_get_style_context(m_stack), "pages");
     makeStartPage(runtime);
     warmUp();
 }
 
 BrowserPages::~BrowserPages() {
+    for (const auto& page : m_pages) {
+        m_events.closing(*page);
+        g_signal_handlers_disconnect_by_data(page->view(), this);
+    }
     m_pages.clear();
     m_location.reset();
     g_object_unref(m_device.settings);
@@ -131,7 +126,7 @@ WebPage* BrowserPages::front() const {
 
 WebPage& BrowserPages::add(std::unique_ptr<WebPage> page) {
     WebKitWebView* view = page->view();
-    g_signal_connect(view, "permission-request", G_CALLBACK(answerPermission), m_location.get());
+    m_events.opened(*page);
     const auto create = +[](WebKitWebView* opener, WebKitNavigationAction*, gpointer pages) -> GtkWidget* {
         auto* self = static_cast<BrowserPages*>(pages);
         return GTK_WIDGET(self->add(self->makePage(opener)).view());
@@ -170,7 +165,9 @@ std::unique_ptr<WebPage> BrowserPages::makePage(WebKitWebView* opener) {
 }
 
 void BrowserPages::open(const QString& url) {
-    add(makePage()).load(url);
+    WebPage& page = add(makePage());
+    page.load(url);
+    page.focus();
 }
 
 void BrowserPages::go(const QString& url) {
@@ -195,7 +192,7 @@ void BrowserPages::close(std::size_t index) {
     const std::unique_ptr<WebPage> closed = std::move(m_pages[index]);
     m_pages.erase(m_pages.begin() + static_cast<std::ptrdiff_t>(index));
     g_signal_handlers_disconnect_by_data(closed->view(), this);
-    g_signal_handlers_disconnect_by_data(closed->view(), m_location.get());
+    m_events.closing(*closed);
     if (m_current > index || (m_current == m_pages.size() && m_current > 0)) {
         --m_current;
     }

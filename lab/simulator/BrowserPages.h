@@ -23,6 +23,9 @@ public:
         std::function<void()> viewportAsked;
         /// A text field of the page in front got the focus, by hand or not, or lost it.
         std::function<void(bool isEditing, bool byHand)> edited;
+        /// A page was opened, and before one is closed.
+        std::function<void(WebPage&)> opened;
+        std::function<void(WebPage&)> closing;
         /// Once the engine has shown that it works.
         std::function<void()> ready;
     };
@@ -34,6 +37,8 @@ public:
 
     /// The widget that shows the page in front; owned by its parent widget.
     [[nodiscard]] GtkWidget* widget() const { return m_stack; }
+
+    [[nodiscard]] WebKitWebContext* context() const { return m_device.context; }
 
     [[nodiscard]] LocationFeed& location() { return *m_location; }
 
@@ -65,10 +70,6 @@ public:
 
     /// Brings the page that far behind the current one to the front, around the ends.
     void step(int distance);
-
-    void showPrevious() { step(-1); }
-
-    void showNext() { step(1); }
 
     void close(std::size_t index);
     void closeCurrent();

@@ -5,8 +5,13 @@
 #include "BrowserPages.h"
 #include "DeviceDrawing.h"
 #include "DeviceLayout.h"
+#include "DeviceMenu.h"
 #include "DeviceService.h"
 #include "DeviceSettings.h"
+#include "Keyboard.h"
+#include "PageOverview.h"
+#include "PageRequests.h"
+#include "SheetLayer.h"
 
 #include <QString>
 
@@ -22,9 +27,16 @@ namespace corvanta::lab {
 /// the same things live off the screen, so pages go on as if they were seen. Of the main thread.
 class DeviceWindow {
 public:
-    /// `ready` is called once pages can be opened; `shown` with whether the window is on the desktop, at every change.
-    DeviceWindow(const DeviceType& type, const Runtime& runtime, const QString& deviceName, std::function<void()> ready,
-                 std::function<void(bool)> shown);
+    struct Events {
+        /// Once pages can be opened.
+        std::function<void()> ready;
+        /// Whether the window is on the desktop, at every change.
+        std::function<void(bool)> shown;
+        /// A person wants the device dark, or light.
+        std::function<void(bool isDark)> appearanceChosen;
+    };
+
+    DeviceWindow(const DeviceType& type, const Runtime& runtime, const QString& deviceName, Events events);
     DeviceWindow(const DeviceWindow&) = delete;
     DeviceWindow& operator=(const DeviceWindow&) = delete;
     ~DeviceWindow();
@@ -42,7 +54,7 @@ public:
     void apply(const DeviceSettings& settings);
 
     /// How the device is held.
-    [[nodiscard]] Orientation orientation() const { return m_orientation; }
+    [[nodiscard]] Orientation orientation() const { return m_look.orientation; }
 
     void setOrientation(Orientation orientation);
 
@@ -51,26 +63,39 @@ public:
     [[nodiscard]] QByteArray screenshot(const QString& format, const QString& mask, double scale);
 
 private:
+    void makeCommands();
+    void makePages(const Runtime& runtime);
+    void makeLayers();
     void makeWindow(const QString& title);
     void present();
     void moveContentTo(GtkWidget* parent);
     bool handleKey(const GdkEventKey& event);
     void followSize(QSize area);
-    void scheduleClock();
     void layOut();
+    void rescale();
+    void scheduleClock();
+    void showKeyboard(bool isShown);
+    void tellKeyboard();
+    void type(unsigned keyValue);
+    [[nodiscard]] QRect placeOf(const GtkWidget* child) const;
 
     DeviceType m_type;
-    std::function<void(bool)> m_shown;
+    Events m_events;
+    DeviceCommands m_commands;
     GtkWidget* m_hidden = nullptr;
     GtkWidget* m_window = nullptr;
     GtkWidget* m_content = nullptr;
     GtkWidget* m_canvas = nullptr;
     GtkWidget* m_corners = nullptr;
+    GtkWidget* m_menuButton = nullptr;
     std::unique_ptr<BrowserPages> m_pages;
     std::unique_ptr<BrowserBar> m_bar;
+    std::unique_ptr<PageOverview> m_overview;
+    std::unique_ptr<Keyboard> m_keyboard;
+    std::unique_ptr<SheetLayer> m_sheets;
+    std::unique_ptr<PageRequests> m_requests;
     DeviceLayout m_layout;
-    Orientation m_orientation = Orientation::portrait;
-    StatusBarContent m_statusBar;
+    DeviceLook m_look;
     QSize m_area;
     std::vector<std::function<void()>> m_waiting;
     unsigned m_clock = 0;

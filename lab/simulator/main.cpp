@@ -114,7 +114,7 @@ bool setOrientation(DeviceWindow& window, const QString& word) {
     return true;
 }
 
-int run(const DeviceSet& set, const Device& device, const DeviceType& type, const Runtime& runtime, char** argv) {
+int run(DeviceSet& set, const Device& device, const DeviceType& type, const Runtime& runtime, char** argv) {
     g_set_prgname("com.apple.iphonesimulator");
     g_set_application_name("Simulator");
     const std::uint16_t port = chooseInspectorPort();
@@ -127,8 +127,20 @@ int run(const DeviceSet& set, const Device& device, const DeviceType& type, cons
     std::unique_ptr<DeviceWindow> window;
     std::unique_ptr<DeviceService> service;
     window = std::make_unique<DeviceWindow>(
-        type, runtime, device.name, [&] { service->setBooted(); },
-        [&](bool isShown) { service->setWindowShown(isShown); });
+        type, runtime, device.name,
+        DeviceWindow::Events{.ready = [&] { service->setBooted(); },
+                             .shown = [&](bool isShown) { service->setWindowShown(isShown); },
+                             .appearanceChosen =
+                                 [&](bool isDark) {
+                                     try {
+                                         set.changeSettings(device, [&](DeviceSettings& settings) {
+                                             settings.appearance = isDark ? u"dark"_s : u"light"_s;
+                                         });
+                                     } catch (const std::exception& problem) {
+                                         g_printerr("SimulatorDevice: %s\n", problem.what());
+                                     }
+                                     window->apply(set.settings(device));
+                                 }});
     window->apply(set.settings(device));
     if (!isListening(port)) {
         return startAgain(argv);
@@ -171,7 +183,7 @@ int main(int argc, char** argv) {
         return fail("usage: SimulatorDevice UDID");
     }
     try {
-        const DeviceSet set = DeviceSet::open();
+        DeviceSet set = DeviceSet::open();
         const auto device = set.deviceWithId(QString::fromUtf8(argv[1]));
         if (!device) {
             return fail("no device with that identifier");

@@ -61,6 +61,12 @@
             }
             if (covered && window.top === window) {
                 visualViewport.dispatchEvent(new Event('resize'));
+                // A field below the keyboard is brought into sight.
+                const field = document.activeElement?.getBoundingClientRect();
+                const end = visualViewport.height - 8;
+                if (state.keyboard > 0 && field && field.bottom > end) {
+                    scrollBy(0, Math.min(field.bottom - end, field.top));
+                }
             }
             for (let index = 0; index < window.length; ++index) {
                 try {
