@@ -54,6 +54,7 @@ BrowserBar::BrowserBar(const DeviceType& type, BrowserPages& pages, std::functio
     addClass(m_box, "browser-bar");
     addClass(m_pill, "address");
     gtk_label_set_ellipsize(GTK_LABEL(m_address), PANGO_ELLIPSIZE_MIDDLE);
+    gtk_label_set_max_width_chars(GTK_LABEL(m_address), 40);
     gtk_container_add(GTK_CONTAINER(m_addressButton), m_address);
     gtk_button_set_relief(GTK_BUTTON(m_addressButton), GTK_RELIEF_NONE);
     gtk_entry_set_width_chars(GTK_ENTRY(m_entry), 1);

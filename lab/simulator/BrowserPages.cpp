@@ -251,7 +251,11 @@ QString BrowserPages::address() const {
     if (page == nullptr) {
         return {};
     }
-    const QString host = QUrl(page->address()).host();
+    const QUrl url(page->address());
+    if (url.isLocalFile()) {
+        return url.fileName();
+    }
+    const QString host = url.host();
     return host.isEmpty() ? page->address().left(200) : host;
 }
 

@@ -54,7 +54,7 @@ public:
     /// The page in front; null for the start page.
     [[nodiscard]] WebPage* front() const;
 
-    /// What the address bar shows: the page's host, else its address; empty for the start page.
+    /// What the address bar shows: the page's host or file, else its address; empty for the start page.
     [[nodiscard]] QString address() const;
     [[nodiscard]] bool canGoBack() const;
     [[nodiscard]] bool canGoForward() const;

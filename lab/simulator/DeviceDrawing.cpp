@@ -249,12 +249,28 @@ void drawHomeIndicator(cairo_t* context, const DeviceType& type, const DeviceLay
     }
     const double zoom = layout.zoom;
     const double width = (type.isTablet() ? 280 : isLandscape(look.orientation) ? 230 : 140) * zoom;
-    const Colour ink = inkColour(look.isDark);
-    cairo_set_source_rgba(context, ink.red, ink.green, ink.blue, 0.92);
+    if (layout.page.bottom() + 1 >= static_cast<int>(layout.screen.bottom())) {
+        // Over a page of any colour.
+        cairo_set_source_rgba(context, 0.46, 0.46, 0.48, 0.9);
+    } else {
+        setColour(context, inkColour(look.isDark));
+    }
     addRoundedRectangle(context,
                         {layout.screen.center().x() - width / 2, layout.screen.bottom() - 13 * zoom, width, 5 * zoom},
                         2.5 * zoom);
     cairo_fill(context);
+}
+
+/// Everything but the screen.
+void drawSurroundings(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
+                      const DeviceLook& look) {
+    cairo_pattern_t* surround = cairo_pattern_create_linear(0, 0, 0, area.height());
+    cairo_pattern_add_color_stop_rgb(surround, 0, surroundTop.red, surroundTop.green, surroundTop.blue);
+    cairo_pattern_add_color_stop_rgb(surround, 1, surroundBottom.red, surroundBottom.green, surroundBottom.blue);
+    cairo_set_source(context, surround);
+    cairo_paint(context);
+    cairo_pattern_destroy(surround);
+    upright(context, layout, look.orientation, [&](const QSizeF& body) { drawBody(context, type, layout, body); });
 }
 
 } // namespace
@@ -290,14 +306,7 @@ void drawSquareCorners(cairo_t* context, const DeviceType& type, const DeviceLay
 
 void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
                 const DeviceLook& look) {
-    cairo_pattern_t* surround = cairo_pattern_create_linear(0, 0, 0, area.height());
-    cairo_pattern_add_color_stop_rgb(surround, 0, surroundTop.red, surroundTop.green, surroundTop.blue);
-    cairo_pattern_add_color_stop_rgb(surround, 1, surroundBottom.red, surroundBottom.green, surroundBottom.blue);
-    cairo_set_source(context, surround);
-    cairo_paint(context);
-    cairo_pattern_destroy(surround);
-
-    upright(context, layout, look.orientation, [&](const QSizeF& body) { drawBody(context, type, layout, body); });
+    drawSurroundings(context, type, layout, area, look);
     addScreenOutline(context, type, layout);
     setColour(context, barColour(look.isDark));
     cairo_fill(context);
@@ -311,20 +320,21 @@ void drawOverScreen(cairo_t* context, const DeviceType& type, const DeviceLayout
     }
 }
 
-void drawScreenCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
+void drawScreenCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
+                       const DeviceLook& look) {
     if (screenRadius(type) <= 0) {
         return;
     }
     cairo_save(context);
-    addRoundedRectangle(context, layout.body, bodyRadius(type) * layout.zoom);
-    cairo_clip(context);
-    // A pixel more, as the page ends on whole pixels and the screen between them.
+    // A pixel more, as the page ends on whole pixels and the screen between them. What is seen there is the body and,
+    // where its own corner is rounder, what is around it.
     const QRectF screen = layout.screen.adjusted(-1, -1, 1, 1);
     cairo_rectangle(context, screen.x(), screen.y(), screen.width(), screen.height());
     addRoundedRectangle(context, layout.screen, screenRadius(type) * layout.zoom);
     cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);
-    setColour(context, bodyColour);
-    cairo_fill(context);
+    cairo_clip(context);
+    cairo_set_fill_rule(context, CAIRO_FILL_RULE_WINDING);
+    drawSurroundings(context, type, layout, area, look);
     cairo_restore(context);
 }
 

@@ -44,6 +44,7 @@ void addScreenOutline(cairo_t* context, const DeviceType& type, const DeviceLayo
 void drawSquareCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, const DeviceLook& look);
 
 /// Draws what lies over the screen's corners, so that a page does not stand out of them.
-void drawScreenCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout);
+void drawScreenCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
+                       const DeviceLook& look);
 
 } // namespace corvanta::lab

@@ -75,6 +75,9 @@ DeviceWindow::~DeviceWindow() {
     if (m_rescale != 0) {
         g_source_remove(m_rescale);
     }
+    if (m_raise != 0) {
+        g_source_remove(m_raise);
+    }
     for (GtkWidget* widget : {m_window, m_content, m_canvas, m_corners}) {
         g_signal_handlers_disconnect_by_data(widget, this);
     }
@@ -167,15 +170,7 @@ void DeviceWindow::makeLayers() {
         gtk_overlay_add_overlay(GTK_OVERLAY(m_content), layer);
     }
     gtk_overlay_set_overlay_pass_through(GTK_OVERLAY(m_content), m_corners, TRUE);
-    const auto mapped = +[](GtkWidget*, gpointer window) {
-        // What is shown comes above everything, also above the corners of the screen.
-        for (GtkWidget* widget :
-             {static_cast<DeviceWindow*>(window)->m_corners, static_cast<DeviceWindow*>(window)->m_menuButton}) {
-            if (gtk_widget_get_realized(widget) != FALSE) {
-                gdk_window_raise(gtk_widget_get_window(widget));
-            }
-        }
-    };
+    const auto mapped = +[](GtkWidget*, gpointer window) { static_cast<DeviceWindow*>(window)->raiseCorners(); };
     for (GtkWidget* layer : {m_keyboard->widget(), m_overview->widget(), m_sheets->widget()}) {
         g_signal_connect_after(layer, "map", G_CALLBACK(mapped), this);
     }
@@ -210,11 +205,30 @@ void DeviceWindow::makeLayers() {
     const auto drawCorners = +[](GtkWidget*, cairo_t* context, gpointer window) -> gboolean {
         const auto* self = static_cast<DeviceWindow*>(window);
         drawOverScreen(context, self->m_type, self->m_layout, self->m_look);
-        drawScreenCorners(context, self->m_type, self->m_layout);
+        drawScreenCorners(context, self->m_type, self->m_layout, self->m_area, self->m_look);
         return TRUE;
     };
     g_signal_connect(m_corners, "draw", G_CALLBACK(drawCorners), this);
     gtk_widget_show_all(m_content);
+}
+
+void DeviceWindow::raiseCorners() {
+    if (m_raise != 0) {
+        return;
+    }
+    // What is shown comes above everything in the end, also above the corners of the screen.
+    const auto raise = +[](gpointer window) -> gboolean {
+        auto* self = static_cast<DeviceWindow*>(window);
+        self->m_raise = 0;
+        for (GtkWidget* widget : {self->m_corners, self->m_menuButton}) {
+            if (gtk_widget_get_realized(widget) != FALSE) {
+                gdk_window_raise(gtk_widget_get_window(widget));
+            }
+        }
+        gtk_widget_queue_draw(self->m_content);
+        return G_SOURCE_REMOVE;
+    };
+    m_raise = g_idle_add(raise, this);
 }
 
 QRect DeviceWindow::placeOf(const GtkWidget* child) const {

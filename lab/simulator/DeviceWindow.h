@@ -73,6 +73,7 @@ private:
     void followSize(QSize area);
     void layOut();
     void rescale();
+    void raiseCorners();
     void scheduleClock();
     void showKeyboard(bool isShown);
     void tellKeyboard();
@@ -100,6 +101,7 @@ private:
     std::vector<std::function<void()>> m_waiting;
     unsigned m_clock = 0;
     unsigned m_rescale = 0;
+    unsigned m_raise = 0;
 };
 
 } // namespace corvanta::lab

@@ -186,7 +186,8 @@ void PageRequests::attend(WebPage& page) {
         }
         attended->page.showMessage(u"Safari Can’t Open the Page"_s,
                                    u"“%1” cannot be opened: %2."_s.arg(QString::fromUtf8(address).left(200),
-                                                                       QString::fromUtf8(error->message)));
+                                                                       QString::fromUtf8(error->message)),
+                                   QString::fromUtf8(address));
         return TRUE;
     };
     connect("load-failed", G_CALLBACK(failed));
@@ -277,7 +278,8 @@ void PageRequests::chooseFiles(WebPage& page, void* request) {
 void PageRequests::explainCertificate(WebPage& page, const QString& address, void* certificate, unsigned problems) {
     const QString host = QUrl(address).host();
     const QString explanation = problemText(problems);
-    page.showMessage(u"This Connection Is Not Private"_s, u"“%1” cannot prove who it is. %2"_s.arg(host, explanation));
+    page.showMessage(u"This Connection Is Not Private"_s, u"“%1” cannot prove who it is. %2"_s.arg(host, explanation),
+                     address);
     const auto kept = held(G_TLS_CERTIFICATE(certificate));
     m_sheets.show({.title = u"Trust “%1” on this device?"_s.arg(host),
                    .text = explanation +

@@ -96,7 +96,8 @@ void WebPage::connectSignals() {
     const auto moved = +[](WebKitWebView* view, GParamSpec*, gpointer page) {
         auto* self = static_cast<WebPage*>(page);
         const char* uri = webkit_web_view_get_uri(view);
-        if (uri != nullptr && *uri != '\0') {
+        // A page that could not be loaded is asked for again by its own address.
+        if (uri != nullptr && *uri != '\0' && !self->m_hasFailed) {
             self->m_address = QString::fromUtf8(uri);
         }
         self->m_owner.pageChanged(*self);
@@ -105,7 +106,10 @@ void WebPage::connectSignals() {
     g_signal_connect(m_view, "notify::title", G_CALLBACK(moved), this);
     const auto loadChanged = +[](WebKitWebView*, WebKitLoadEvent event, gpointer page) {
         auto* self = static_cast<WebPage*>(page);
-        if (event == WEBKIT_LOAD_COMMITTED) {
+        if (event == WEBKIT_LOAD_STARTED) {
+            self->m_hasFailed = false;
+        }
+        if (event == WEBKIT_LOAD_COMMITTED && !self->m_hasFailed) {
             gtk_stack_set_visible_child(GTK_STACK(self->m_container), GTK_WIDGET(self->m_view));
         }
         self->m_owner.pageChanged(*self);
@@ -174,13 +178,14 @@ QString WebPage::title() const {
 }
 
 void WebPage::load(const QString& url) {
+    m_hasFailed = false;
     m_address = url;
     webkit_web_view_load_uri(m_view, url.toUtf8().constData());
 }
 
 void WebPage::reload() {
     gtk_stack_set_visible_child(GTK_STACK(m_container), GTK_WIDGET(m_view));
-    if (webkit_web_view_get_uri(m_view) != nullptr) {
+    if (!std::exchange(m_hasFailed, false) && webkit_web_view_get_uri(m_view) != nullptr) {
         webkit_web_view_reload(m_view);
     } else {
         webkit_web_view_load_uri(m_view, m_address.toUtf8().constData());
@@ -219,7 +224,11 @@ void WebPage::coverByKeyboard(int pixels) {
                                         -1, nullptr, nullptr, nullptr, nullptr, nullptr);
 }
 
-void WebPage::showMessage(const QString& title, const QString& text) {
+void WebPage::showMessage(const QString& title, const QString& text, const QString& address) {
+    m_hasFailed = true;
+    if (!address.isEmpty()) {
+        m_address = address;
+    }
     if (GtkWidget* old = gtk_stack_get_child_by_name(GTK_STACK(m_container), "message")) {
         gtk_widget_destroy(old);
     }
@@ -243,6 +252,7 @@ void WebPage::showMessage(const QString& title, const QString& text) {
     gtk_widget_show_all(message);
     gtk_stack_add_named(GTK_STACK(m_container), message, "message");
     gtk_stack_set_visible_child(GTK_STACK(m_container), message);
+    m_owner.pageChanged(*this);
 }
 
 } // namespace corvanta::lab

@@ -81,9 +81,9 @@ public:
     /// Tells the page how much of its widget the keyboard covers, in the widget's pixels.
     void coverByKeyboard(int pixels);
 
-    /// Shows a message of the browser in the page's place: what happened, and buttons with what they do. The page is
-    /// shown again when it is loaded.
-    void showMessage(const QString& title, const QString& text);
+    /// Shows a message of the browser in the page's place: what happened, and a button that loads the page again.
+    /// The page is shown again when it is loaded; with an address it is the one that is loaded then.
+    void showMessage(const QString& title, const QString& text, const QString& address = {});
 
 private:
     void connectSignals();
@@ -104,6 +104,8 @@ private:
     /// The width that the page asks for; 0 for the device's.
     int m_askedWidth = 0;
     bool m_isEditing = false;
+    /// Whether a message is shown in place of what could not be.
+    bool m_hasFailed = false;
 };
 
 } // namespace corvanta::lab

@@ -6,6 +6,7 @@
 #include "LabFolders.h"
 
 #include <QDBusConnection>
+#include <QColor>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -273,7 +274,9 @@ TEST_F(Simulator, KeepsTheViewportAtEveryWindowSize) {
                 QImage::fromData(runServing(u"import"_s, {u"-window"_s, id, u"png:-"_s}).output, "PNG");
             int width = 0;
             for (int x = 0; picture.size() == size && x < picture.width(); ++x) {
-                width += (picture.pixel(x, page.center().y()) & 0xffffff) == 0xff00ff ? 1 : 0;
+                // The engine draws for the device's pixels; brought to the window's, those at the edges mix a little.
+                const QColor colour(picture.pixel(x, page.center().y()));
+                width += colour.red() > 200 && colour.green() < 100 && colour.blue() > 200 ? 1 : 0;
             }
             return width;
         };
