@@ -286,7 +286,7 @@ void PageRequests::explainCertificate(WebPage& page, const QString& address, voi
                            u" Trust it if it is a server of your own, signed by a development authority of "
                            "yours. The device forgets that when it is shut down."_s,
                    .buttons = {{.label = u"Don’t Trust"_s, .isDefault = true, .isCancel = true},
-                               {.label = u"Trust Once for This Device"_s,
+                               {.label = u"Trust on This Device"_s,
                                 .pressed =
                                     [this, kept, host, address, asking = &page](const QString&) {
                                         webkit_web_context_allow_tls_certificate_for_host(m_context, kept.get(),

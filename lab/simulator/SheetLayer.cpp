@@ -41,6 +41,11 @@ SheetLayer::SheetLayer()
         if (self->m_sheets.empty() || (!isReturn && event->keyval != GDK_KEY_Escape)) {
             return FALSE;
         }
+        GtkWidget* top = gtk_widget_get_toplevel(self->m_backdrop);
+        GtkWidget* focused = GTK_IS_WINDOW(top) ? gtk_window_get_focus(GTK_WINDOW(top)) : nullptr;
+        if (isReturn && focused != nullptr && GTK_IS_BUTTON(focused)) {
+            return FALSE;
+        }
         const auto& buttons = self->m_sheets.front().buttons;
         for (std::size_t index = 0; index < buttons.size(); ++index) {
             if (isReturn ? buttons[index].isDefault : buttons[index].isCancel) {

@@ -76,6 +76,16 @@ TEST(DeviceLayout, KeepsEverythingInsideTheWindow) {
     }
 }
 
+TEST(Orientation, LeadsFromOneSideToTheOtherThroughUpright) {
+    using enum Orientation;
+    EXPECT_EQ(turnedLeft(portrait), landscapeLeft);
+    EXPECT_EQ(turnedLeft(landscapeLeft), landscapeLeft);
+    EXPECT_EQ(turnedLeft(landscapeRight), portrait);
+    EXPECT_EQ(turnedRight(portrait), landscapeRight);
+    EXPECT_EQ(turnedRight(landscapeRight), landscapeRight);
+    EXPECT_EQ(turnedRight(landscapeLeft), portrait);
+}
+
 } // namespace
 
 } // namespace corvanta::lab

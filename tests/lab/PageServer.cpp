@@ -94,6 +94,27 @@ report();
 setInterval(report, 50);
 </script>)html";
 
+/// Reports what fingers and the keyboard do to it. A field is 40 to 90 from the top, a button 140 to 190, across the
+/// page.
+constexpr char touchPage[] = R"html(<!doctype html><meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1"><title>Touch</title><style>
+body { margin: 0; height: 3000px; }
+input, button { position: absolute; left: 20px; width: 300px; height: 50px; box-sizing: border-box; }
+</style><input style="top: 40px"><button style="top: 140px">Ask</button><script>
+const field = document.querySelector('input');
+let events = '', answer = 'none';
+const report = () => fetch('/report?' + encodeURIComponent(JSON.stringify({ page: location.pathname.slice(1), events,
+    answer, text: field.value, scrolled: scrollY, visual: visualViewport.height, inner: innerHeight })));
+for (const type of ['touchstart', 'touchend', 'mousedown', 'click']) {
+    addEventListener(type, (event) => {
+        const touches = event.changedTouches;
+        events += type + (touches ? '@' + Math.round(touches[0].clientX) + ',' + Math.round(touches[0].clientY) : '') + ' ';
+    });
+}
+document.querySelector('button').onclick = () => { answer = String(confirm('Really?')); };
+setInterval(report, 50);
+</script>)html";
+
 } // namespace
 
 PageServer::PageServer() {
@@ -128,6 +149,9 @@ void PageServer::serve() {
 QByteArray PageServer::answer(const QByteArray& path) {
     if (path.startsWith("/measure")) {
         return QByteArray(measuringPage).replace("VIEWPORT-FIT", path.contains("cover") ? ", viewport-fit=cover" : "");
+    }
+    if (path == "/touch") {
+        return touchPage;
     }
     if (!path.startsWith("/report?")) {
         return page;

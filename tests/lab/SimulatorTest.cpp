@@ -5,8 +5,8 @@
 #include "LabDesktop.h"
 #include "LabFolders.h"
 
-#include <QDBusConnection>
 #include <QColor>
+#include <QDBusConnection>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
