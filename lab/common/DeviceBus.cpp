@@ -168,7 +168,7 @@ QByteArray DeviceBus::screenshot(const QString& udid, const ScreenshotOptions& o
 }
 
 bool DeviceBus::waitForName(const QString& busName, bool owned, std::chrono::milliseconds limit,
-                            std::function<bool()> isGivenUp) {
+                            const std::function<bool()>& isGivenUp) {
     const guint subscription =
         g_dbus_connection_signal_subscribe(m_private->connection, "org.freedesktop.DBus", "org.freedesktop.DBus",
                                            "NameOwnerChanged", "/org/freedesktop/DBus", busName.toUtf8().constData(),

@@ -68,7 +68,7 @@ public:
 
     /// What a picture of a device's screen is to be.
     struct ScreenshotOptions {
-        /// "png", "jpeg", "tiff" or "bmp".
+        /// "png", "jpeg", "tiff", "bmp" or "gif".
         QString format = QStringLiteral("png");
         /// What becomes of the screen's corners: "ignored", "alpha" or "black".
         QString mask = QStringLiteral("ignored");
@@ -83,7 +83,7 @@ public:
     /// Waits until the name is owned (or, with `owned` false, is not). `isGivenUp` is asked before each wait and after
     /// every event of the main loop. Returns whether it came so in time. Throws DeviceBusError.
     [[nodiscard]] bool waitForName(const QString& busName, bool owned, std::chrono::milliseconds limit,
-                                   std::function<bool()> isGivenUp = {});
+                                   const std::function<bool()>& isGivenUp = {});
 
     /// Waits until the device's state is "Booted", for two minutes at most; false when that passed or its process went
     /// away. `changed` is called with each state seen, the first one included. Throws DeviceBusError.

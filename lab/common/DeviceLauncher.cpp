@@ -12,6 +12,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,6 +23,8 @@ namespace corvanta::lab {
 
 namespace {
 
+/// Where a program finds the open file that it inherits: behind the standard streams.
+constexpr int handedDescriptor = STDERR_FILENO + 1;
 constexpr std::chrono::milliseconds bootLimit = 60s;
 constexpr std::chrono::milliseconds shutDownLimit = 15s;
 
@@ -50,7 +53,7 @@ void noteChildEnd(GPid, int, gpointer hasEnded) {
 
 } // namespace
 
-pid_t startDetached(const QString& program, const QStringList& arguments, const QString& logFile) {
+pid_t startDetached(const QString& program, const QStringList& arguments, const QString& logFile, int inheritedFile) {
     const QByteArray log = QFile::encodeName(logFile);
     QByteArrayList words{QFile::encodeName(program)};
     for (const QString& argument : arguments) {
@@ -67,7 +70,11 @@ pid_t startDetached(const QString& program, const QStringList& arguments, const 
     posix_spawn_file_actions_addopen(&settings.files, STDOUT_FILENO, log.constData(), O_WRONLY | O_CREAT | O_TRUNC,
                                      0600);
     posix_spawn_file_actions_adddup2(&settings.files, STDOUT_FILENO, STDERR_FILENO);
-    posix_spawn_file_actions_addclosefrom_np(&settings.files, STDERR_FILENO + 1);
+    if (inheritedFile >= 0) {
+        posix_spawn_file_actions_adddup2(&settings.files, inheritedFile, handedDescriptor);
+    }
+    posix_spawn_file_actions_addclosefrom_np(&settings.files,
+                                             inheritedFile >= 0 ? handedDescriptor + 1 : handedDescriptor);
     sigset_t none;
     sigemptyset(&none);
     posix_spawnattr_setsigmask(&settings.attributes, &none);
@@ -89,15 +96,43 @@ BootResult bootDevice(DeviceBus& bus, DeviceSet& set, const Device& device) {
     }
     set.noteBoot(device);
     set.changeSettings(device, [](DeviceSettings& settings) { settings.statusBar.clear(); });
-    const pid_t process =
-        startDetached(programFolder() + u"/SimulatorDevice"_s, {device.udid}, set.folderOf(device) + u"/device.log"_s);
+    const pid_t process = startDetached(programFolder() + u"/SimulatorDevice"_s, {device.udid},
+                                        set.folderOf(device) + u"/device.log"_s, turn.descriptor());
     bool hasEnded = false;
     const guint watch = g_child_watch_add(process, noteChildEnd, &hasEnded);
     const bool isOwned = bus.waitForName(name, true, bootLimit, [&] { return hasEnded; });
     if (!hasEnded) {
         g_source_remove(watch);
+        if (!isOwned) {
+            // It would hold its turn for ever.
+            kill(process, SIGKILL);
+        }
     }
     return isOwned ? BootResult::accepted : BootResult::failed;
+}
+
+HandedTurn::HandedTurn(const DeviceSet& set, const Device& device) {
+    struct stat inherited{};
+    struct stat lock{};
+    const QByteArray path = QFile::encodeName(set.folderOf(device) + u"/.boot-lock"_s);
+    if (fstat(handedDescriptor, &inherited) == 0 && stat(path.constData(), &lock) == 0 &&
+        inherited.st_dev == lock.st_dev && inherited.st_ino == lock.st_ino &&
+        fcntl(handedDescriptor, F_SETFD, FD_CLOEXEC) == 0) {
+        m_descriptor = handedDescriptor;
+    }
+}
+
+void HandedTurn::keepForNextProgram() const {
+    if (m_descriptor >= 0) {
+        fcntl(m_descriptor, F_SETFD, 0);
+    }
+}
+
+void HandedTurn::end() {
+    if (m_descriptor >= 0) {
+        close(m_descriptor);
+        m_descriptor = -1;
+    }
 }
 
 bool shutDownDevice(DeviceBus& bus, const QString& udid) {

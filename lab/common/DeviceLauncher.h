@@ -21,11 +21,33 @@ enum class BootResult {
     failed,
 };
 
-/// Starts a program in a session of its own with nothing inherited but the environment; its output goes to the log
-/// file.
+/// Starts a program in a session of its own with nothing inherited but the environment and, if given, one open file;
+/// its output goes to the log file.
 ///
 /// Returns the process id. Throws DeviceSetError when it cannot be started.
-pid_t startDetached(const QString& program, const QStringList& arguments, const QString& logFile);
+pid_t startDetached(const QString& program, const QStringList& arguments, const QString& logFile,
+                    int inheritedFile = -1);
+
+/// The turn on a device that its launcher hands over to the device's process, which holds it until it has its name on
+/// the bus: so a launcher that is ended in between leaves no process that would show up out of turn.
+class HandedTurn {
+public:
+    /// Takes what was inherited, if it is the device's lock. Programs started from here do not get it.
+    HandedTurn(const DeviceSet& set, const Device& device);
+    HandedTurn(const HandedTurn&) = delete;
+    HandedTurn& operator=(const HandedTurn&) = delete;
+
+    ~HandedTurn() { end(); }
+
+    /// Lets the program that takes this process's place have it.
+    void keepForNextProgram() const;
+
+    /// Lets the next one have a turn.
+    void end();
+
+private:
+    int m_descriptor = -1;
+};
 
 /// Boots the device and returns once the boot is accepted. Boots of one device by several programs take turns.
 /// Throws std::runtime_error, mostly a DeviceSetError or a DeviceBusError.

@@ -20,6 +20,10 @@ public:
     FileLock& operator=(const FileLock&) = delete;
     ~FileLock();
 
+    /// The open file that stands for the lock. Who inherits it holds the lock as well, until every one of them has
+    /// closed it.
+    [[nodiscard]] int descriptor() const { return m_descriptor; }
+
 private:
     int m_descriptor = -1;
 };

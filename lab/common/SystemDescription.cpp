@@ -69,6 +69,20 @@ std::vector<Runtime> runtimesValue(const QJsonValue& value) {
     return result;
 }
 
+/// Puts the shipped file into the home unless there is one by now. Whether one is there.
+bool offerForEditing(const QString& path, const QByteArray& content) {
+    try {
+        createPrivateFolder(homeFolder());
+        const FileLock held(homeFolder() + u"/.lock"_s);
+        if (!QFile::exists(path)) {
+            writeFileAtomically(path, content);
+        }
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
 } // namespace
 
 const Runtime* SystemDescription::findRuntime(const QString& identifierOrName) const {
@@ -108,15 +122,8 @@ SystemDescription SystemDescription::load() {
         const QByteArray content = contentOf(path);
         SystemDescription description = fromJson(content);
         if (!hasOwn) {
-            try {
-                createPrivateFolder(homeFolder());
-                const FileLock held(homeFolder() + u"/.lock"_s);
-                if (!QFile::exists(own)) {
-                    writeFileAtomically(own, content);
-                }
-            } catch (const std::runtime_error&) {
-                // A home that cannot be written still has a system: the shipped one.
-            }
+            // A home that cannot be written still has a system: the shipped one.
+            (void)offerForEditing(own, content);
         }
         return description;
     } catch (const SystemDescriptionError& error) {

@@ -121,9 +121,20 @@ bool DeviceService::start() {
 
 void DeviceService::setBooted() {
     m_state = u"Booted"_s;
+    tellChange("State", m_state);
+}
+
+void DeviceService::setDeviceName(const QString& name) {
+    if (name != m_identity.name) {
+        m_identity.name = name;
+        tellChange("Name", name);
+    }
+}
+
+void DeviceService::tellChange(const char* property, const QString& value) const {
     GVariantBuilder changed;
     g_variant_builder_init(&changed, G_VARIANT_TYPE_VARDICT);
-    g_variant_builder_add(&changed, "{sv}", "State", g_variant_new_string("Booted"));
+    g_variant_builder_add(&changed, "{sv}", property, g_variant_new_string(value.toUtf8().constData()));
     g_dbus_connection_emit_signal(m_connection, nullptr, deviceObjectPath, "org.freedesktop.DBus.Properties",
                                   "PropertiesChanged", g_variant_new("(sa{sv}as)", deviceInterface, &changed, nullptr),
                                   nullptr);

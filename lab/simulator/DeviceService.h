@@ -27,7 +27,7 @@ struct DeviceActions {
     std::function<void(double, double)> setLocation;
     std::function<void()> clearLocation;
     std::function<void(const LocationRoute&)> followRoute;
-    /// Takes the device's settings from its folder.
+    /// Takes the device's name and settings from its folder.
     std::function<void()> reloadSettings;
     /// A picture of the screen as the bytes of a file, by format, mask and pixels per CSS pixel; empty when none can be
     /// made so.
@@ -60,6 +60,9 @@ public:
     /// Changes the state from "Booting" to "Booted".
     void setBooted();
 
+    /// Changes the name that the device is known by.
+    void setDeviceName(const QString& name);
+
     /// Holds or leaves the name that exists while any device's window is shown.
     void setWindowShown(bool isShown);
 
@@ -68,6 +71,7 @@ private:
                            const char* method, GVariant* arguments, GDBusMethodInvocation* call, void* service);
     static GVariant* property(GDBusConnection* connection, const char* sender, const char* path, const char* interface,
                               const char* name, void* error, void* service);
+    void tellChange(const char* property, const QString& value) const;
     void answerScreenshot(GVariant* arguments, GDBusMethodInvocation* call) const;
     void answer(const QString& method, GVariant* arguments, GDBusMethodInvocation* call);
 

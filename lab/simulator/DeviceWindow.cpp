@@ -46,6 +46,7 @@ QSize firstSize(const QSize& full) {
 
 DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const QString& deviceName, Events events)
     : m_type(type)
+    , m_runtimeName(runtime.name)
     , m_events(std::move(events)) {
     addDeviceStyle();
     presentAs(type);
@@ -64,7 +65,8 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     followSize(full);
     moveContentTo(m_hidden);
     gtk_widget_show(m_hidden);
-    makeWindow(u"%1 – %2"_s.arg(deviceName, runtime.name));
+    makeWindow();
+    setDeviceName(deviceName);
     scheduleClock();
 }
 
@@ -252,10 +254,12 @@ QRect DeviceWindow::placeOf(const GtkWidget* child) const {
     return {QPoint(0, 0), m_area};
 }
 
-void DeviceWindow::makeWindow(const QString& title) {
+void DeviceWindow::setDeviceName(const QString& deviceName) {
+    gtk_window_set_title(GTK_WINDOW(m_window), u"%1 – %2"_s.arg(deviceName, m_runtimeName).toUtf8().constData());
+}
+
+void DeviceWindow::makeWindow() {
     m_window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-    const QByteArray text = title.toUtf8();
-    gtk_window_set_title(GTK_WINDOW(m_window), text.constData());
     gtk_window_set_icon_name(GTK_WINDOW(m_window), "phone");
     const QSize size = firstSize(m_type.screen + fullSizeExtra).expandedTo(minimumSize);
     gtk_window_set_default_size(GTK_WINDOW(m_window), size.width(), size.height());

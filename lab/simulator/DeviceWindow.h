@@ -50,6 +50,9 @@ public:
     /// Takes the window off the desktop; the device goes on.
     void hide();
 
+    /// Gives the window its title anew.
+    void setDeviceName(const QString& deviceName);
+
     /// Shows the device as its settings say, and its pages the appearance.
     void apply(const DeviceSettings& settings);
 
@@ -66,7 +69,7 @@ private:
     void makeCommands();
     void makePages(const Runtime& runtime);
     void makeLayers();
-    void makeWindow(const QString& title);
+    void makeWindow();
     void present();
     void moveContentTo(GtkWidget* parent);
     bool handleKey(const GdkEventKey& event);
@@ -81,6 +84,7 @@ private:
     [[nodiscard]] QRect placeOf(const GtkWidget* child) const;
 
     DeviceType m_type;
+    QString m_runtimeName;
     Events m_events;
     DeviceCommands m_commands;
     GtkWidget* m_hidden = nullptr;

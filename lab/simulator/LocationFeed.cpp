@@ -83,6 +83,9 @@ void LocationFeed::stopTravelling() {
 }
 
 bool LocationFeed::travel() {
+    if (!m_route) {
+        return false;
+    }
     const auto elapsed =
         std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - m_departure);
     const LocationRoute::Point point = m_route->at(elapsed);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ScreenCapture.h"
 
+#include "GifPicture.h"
+
 #include <gtk/gtk.h>
 
 #include <memory>
@@ -25,6 +27,11 @@ struct ObjectFreer {
 };
 
 QByteArray fileBytes(GdkPixbuf* picture, const QByteArray& format) {
+    if (format == "gif") {
+        return gifPicture(gdk_pixbuf_read_pixels(picture),
+                          {gdk_pixbuf_get_width(picture), gdk_pixbuf_get_height(picture)},
+                          gdk_pixbuf_get_rowstride(picture), gdk_pixbuf_get_n_channels(picture));
+    }
     gchar* buffer = nullptr;
     gsize size = 0;
     QByteArray result;

@@ -21,7 +21,7 @@ struct ScreenLayer {
 
 /// What a picture is to be.
 struct CaptureOptions {
-    /// "png", "jpeg", "tiff" or "bmp".
+    /// "png", "jpeg", "tiff", "bmp" or "gif".
     QString format;
     /// "ignored" leaves the corners square, "alpha" leaves them out, "black" makes them black.
     QString mask;

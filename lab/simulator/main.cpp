@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceCatalogue.h"
+#include "DeviceLauncher.h"
 #include "DeviceService.h"
 #include "DeviceSet.h"
 #include "DeviceWindow.h"
@@ -114,7 +115,8 @@ bool setOrientation(DeviceWindow& window, const QString& word) {
     return true;
 }
 
-int run(DeviceSet& set, const Device& device, const DeviceType& type, const Runtime& runtime, char** argv) {
+int run(DeviceSet& set, const Device& device, HandedTurn& turn, const DeviceType& type, const Runtime& runtime,
+        char** argv) {
     g_set_prgname("com.apple.iphonesimulator");
     g_set_application_name("Simulator");
     const std::uint16_t port = chooseInspectorPort();
@@ -143,6 +145,7 @@ int run(DeviceSet& set, const Device& device, const DeviceType& type, const Runt
                                  }});
     window->apply(set.settings(device));
     if (!isListening(port)) {
+        turn.keepForNextProgram();
         return startAgain(argv);
     }
     DeviceActions actions{
@@ -150,7 +153,14 @@ int run(DeviceSet& set, const Device& device, const DeviceType& type, const Runt
         .setLocation = [&](double latitude, double longitude) { window->pages().location().set(latitude, longitude); },
         .clearLocation = [&] { window->pages().location().clear(); },
         .followRoute = [&](const LocationRoute& route) { window->pages().location().follow(route); },
-        .reloadSettings = [&] { window->apply(set.settings(device)); },
+        .reloadSettings =
+            [&] {
+                window->apply(set.settings(device));
+                if (const auto current = set.deviceWithId(device.udid)) {
+                    window->setDeviceName(current->name);
+                    service->setDeviceName(current->name);
+                }
+            },
         .screenshot = [&](const QString& format, const QString& mask,
                           double scale) { return window->screenshot(format, mask, scale); },
         .setOrientation = [&](const QString& word) { return setOrientation(*window, word); },
@@ -162,6 +172,7 @@ int run(DeviceSet& set, const Device& device, const DeviceType& type, const Runt
     if (!service->start()) {
         return fail("the device is running already, or there is no session bus");
     }
+    turn.end();
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         g_unix_signal_add(signal, quitOnSignal, loop.get());
     }
@@ -188,6 +199,7 @@ int main(int argc, char** argv) {
         if (!device) {
             return fail("no device with that identifier");
         }
+        HandedTurn turn(set, *device);
         const DeviceType* type = findDeviceType(device->deviceType);
         const Runtime* runtime = findRuntime(device->runtime);
         if (type == nullptr || runtime == nullptr) {
@@ -196,7 +208,7 @@ int main(int argc, char** argv) {
         if (SystemDescription::load().findRuntime(device->runtime) == nullptr) {
             return fail("the device's runtime is not installed");
         }
-        return run(set, *device, *type, *runtime, argv);
+        return run(set, *device, turn, *type, *runtime, argv);
     } catch (const std::exception& problem) {
         return fail(problem.what());
     }

@@ -19,7 +19,7 @@ constexpr int noFolder = 2;
 constexpr int usageError = 64;
 
 /// What programs read beside the developer folder to learn which Xcode it is of.
-QByteArray informationList(const SystemDescription& system) {
+QByteArray informationList(const QString& version, const QString& build) {
     return u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
            "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
            "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
@@ -27,16 +27,16 @@ QByteArray informationList(const SystemDescription& system) {
            "\t<key>CFBundleIdentifier</key>\n\t<string>com.apple.dt.Xcode</string>\n"
            "\t<key>CFBundleShortVersionString</key>\n\t<string>%1</string>\n"
            "\t<key>DTXcodeBuild</key>\n\t<string>%2</string>\n"
-           "</dict>\n</plist>\n"_s.arg(system.xcode->toHtmlEscaped(), system.xcodeBuild.toHtmlEscaped())
+           "</dict>\n</plist>\n"_s.arg(version.toHtmlEscaped(), build.toHtmlEscaped())
                .toUtf8();
 }
 
-/// The developer folder in the lab's home, made to fit the system. Throws std::runtime_error.
-QString developerFolder(const SystemDescription& system) {
+/// The developer folder in the lab's home, made to fit that Xcode. Throws std::runtime_error.
+QString developerFolder(const QString& version, const QString& build) {
     const QString contents = homeFolder() + u"/Xcode.app/Contents"_s;
     const QString folder = contents + u"/Developer"_s;
     createPrivateFolder(folder);
-    const QByteArray list = informationList(system);
+    const QByteArray list = informationList(version, build);
     const FileLock held(homeFolder() + u"/.lock"_s);
     QFile present(contents + u"/Info.plist"_s);
     if (!present.open(QIODevice::ReadOnly) || present.readAll() != list) {
@@ -50,7 +50,7 @@ int printFolder() {
     const SystemDescription system = SystemDescription::load();
     QString folder = chosen;
     if (folder.isEmpty() && system.xcode) {
-        folder = developerFolder(system);
+        folder = developerFolder(*system.xcode, system.xcodeBuild);
     } else if (folder.isEmpty() && system.commandLineTools) {
         folder = u"/Library/Developer/CommandLineTools"_s;
     }

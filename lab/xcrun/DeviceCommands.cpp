@@ -34,6 +34,7 @@ void forEach(const std::vector<Device>& devices, const Step& step) {
             first = first ? first : std::optional(problem);
         } catch (const DeviceGoneError&) {
             // Somebody else removed it in this moment, which is as good.
+            continue;
         }
     }
     if (first) {
@@ -141,7 +142,16 @@ int renameCommand(const QStringList& arguments) {
         throw usage(u"rename"_s);
     }
     Session session;
-    session.set.rename(session.device(arguments[0]), arguments[1]);
+    const Device device = session.device(arguments[0]);
+    session.set.rename(device, arguments[1]);
+    if (session.isRunning(device)) {
+        try {
+            session.bus().call(device.udid, "ReloadSettings", requestLimit);
+        } catch (const DeviceBusError&) {
+            // One that just left needs no telling.
+            return 0;
+        }
+    }
     return 0;
 }
 

@@ -230,8 +230,8 @@ QByteArray spellScalar(const QJsonValue& value, bool escapesSlashes) {
 }
 
 QByteArray spell(const QJsonValue& value, int level, bool escapesSlashes) {
-    const QByteArray outer(level * 2, ' ');
-    const QByteArray inner(level * 2 + 2, ' ');
+    const QByteArray outer(qsizetype{level} * 2, ' ');
+    const QByteArray inner(outer.size() + 2, ' ');
     QByteArrayList parts;
     if (value.isObject()) {
         const QJsonObject object = value.toObject();

@@ -54,9 +54,9 @@ CommandFailure cannotWrite(const QString& file, const QString& reason) {
 }
 
 int screenshot(const QString& word, QStringList words) {
-    static const QMap<QString, QString> extensions{{u"png"_s, u"png"_s},   {u"jpg"_s, u"jpeg"_s},
-                                                   {u"jpeg"_s, u"jpeg"_s}, {u"tif"_s, u"tiff"_s},
-                                                   {u"tiff"_s, u"tiff"_s}, {u"bmp"_s, u"bmp"_s}};
+    static const QMap<QString, QString> extensions{
+        {u"png"_s, u"png"_s},   {u"jpg"_s, u"jpeg"_s}, {u"jpeg"_s, u"jpeg"_s}, {u"tif"_s, u"tiff"_s},
+        {u"tiff"_s, u"tiff"_s}, {u"bmp"_s, u"bmp"_s},  {u"gif"_s, u"gif"_s}};
     const auto type = takeOption(words, u"--type"_s, u"io"_s);
     const Options options = takeOptions(words);
     DeviceBus::ScreenshotOptions wanted{.mask = options.mask};

@@ -20,7 +20,7 @@ Supported operations:
 
 	screenshot [--type=<type>] [--display=<display>] [--mask=<policy>] <file or url>
 	    Saves a picture of the screen; "-" is standard output.
-	    --type       "png", "tiff", "bmp" or "jpeg". Otherwise the file's extension tells, else it is "png".
+	    --type       "png", "tiff", "bmp", "gif" or "jpeg". Otherwise the file's extension tells, else it is "png".
 
 	For both:
 	    --display    "internal", the only one that a device has.

@@ -118,6 +118,22 @@ TEST_F(DeviceControl, ASetLocationEndsARoute) {
     EXPECT_EQ(simctl({u"location"_s, udid, u"clear"_s}).status, 0);
 }
 
+TEST_F(DeviceControl, ItsWindowHasTheNameThatItIsGiven) {
+    const auto isShown = [](const QString& title) {
+        QProcess search;
+        search.start(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^"_s + title + u"$"_s});
+        return search.waitForFinished() && search.exitCode() == 0;
+    };
+    QProcess open;
+    open.start(QFile::decodeName(CORVANTA_LAB_PROGRAMS) + u"/open"_s,
+               {u"-g"_s, u"-a"_s, u"Simulator"_s, u"--args"_s, u"-CurrentDeviceUDID"_s, udid});
+    ASSERT_TRUE(eventually([&] { return open.state() == QProcess::NotRunning; }));
+    EXPECT_TRUE(eventually([&] { return isShown(u"Controlled – iOS 18.2"_s); }));
+    EXPECT_EQ(simctl({u"rename"_s, udid, u"Renamed"_s}).status, 0);
+    EXPECT_TRUE(eventually([&] { return isShown(u"Renamed – iOS 18.2"_s); }));
+    EXPECT_EQ(simctl({u"rename"_s, udid, u"Controlled"_s}).status, 0);
+}
+
 TEST_F(DeviceControl, PagesSeeTheAppearance) {
     open(u"appearance"_s);
     const auto isDark = [&] { return server.last(u"appearance"_s)[u"dark"].toBool(); };
@@ -153,6 +169,11 @@ TEST_F(DeviceControl, APictureShowsThePageInTheDevicesPixels) {
         QImage::fromData(simctl({u"io"_s, udid, u"screenshot"_s, u"--mask=alpha"_s, u"-"_s}).output, "PNG");
     EXPECT_EQ(cut.pixelColor(0, 0).alpha(), 0);
     EXPECT_EQ(cut.pixelColor(603, 1000), QColor(255, 0, 255));
+    const QImage few =
+        QImage::fromData(simctl({u"io"_s, udid, u"screenshot"_s, u"--type=gif"_s, u"-"_s}).output, "GIF");
+    EXPECT_EQ(few.size(), QSize(1206, 2622));
+    EXPECT_EQ(few.pixelColor(1, 1000), QColor(255, 0, 255));
+    EXPECT_EQ(few.pixelColor(1200, 1700), QColor(255, 0, 255));
 }
 
 TEST_F(DeviceControl, ARecordingEndsWithAMovieWhenInterrupted) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceCatalogue.h"
+#include "DeviceLauncher.h"
 #include "DeviceSet.h"
 #include "EndedRun.h"
 #include "ToolRun.h"
@@ -17,6 +18,7 @@
 #include <ostream>
 #include <random>
 #include <set>
+#include <sys/wait.h>
 #include <thread>
 
 namespace corvanta {
@@ -248,6 +250,19 @@ TEST_F(DeviceSetRobustness, RemovesADeviceOnceForTwoCommandsAtOnce) {
         EXPECT_TRUE(command->exitCode() == 0 || command->exitCode() == 148) << command->exitCode();
     }
     EXPECT_EQ(names(), (std::multiset<QString>{u"Second"_s}));
+}
+
+TEST_F(DeviceSetRobustness, ATurnGoesOnWithTheProgramThatInheritsIt) {
+    layOut();
+    const DeviceSet set(path());
+    pid_t process = 0;
+    {
+        // The launcher goes, as if it was ended here; its device is still on its way.
+        const lab::FileLock turn = set.takeTurn(first);
+        process = lab::startDetached(u"/bin/sleep"_s, {u"0.2"_s}, path() + u"/sleep.log"_s, turn.descriptor());
+    }
+    const lab::FileLock next = set.takeTurn(first);
+    EXPECT_EQ(waitpid(process, nullptr, WNOHANG), process) << "the turn came only after its end";
 }
 
 TEST_F(DeviceSetRobustness, CountsBothOfTwoChangesOfSettingsAtOnce) {
