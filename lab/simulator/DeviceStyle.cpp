@@ -62,6 +62,11 @@ constexpr char deviceStyle[] = R"css(
 .dark .sheet .sheet-button { border-color: #444449; }
 .dark .sheet .sheet-button label { color: #4a9eff; }
 
+.sheet list { background: transparent; }
+.sheet list row { padding: 7px 8px; border-radius: 7px; }
+.sheet list row:selected { background: #0a66d6; }
+.sheet list row:selected label { color: #ffffff; }
+
 .overview { background: #ececf1; }
 .dark .overview { background: #111113; }
 .overview label { color: #1c1c1e; }

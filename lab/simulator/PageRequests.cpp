@@ -171,6 +171,13 @@ void PageRequests::attend(WebPage& page) {
         return TRUE;
     };
     connect("run-file-chooser", G_CALLBACK(files));
+    const auto options =
+        +[](WebKitWebView*, WebKitOptionMenu* menu, GdkEvent*, GdkRectangle*, gpointer data) -> gboolean {
+        const auto* attended = static_cast<Attended*>(data);
+        attended->requests.chooseOption(attended->page, menu);
+        return TRUE;
+    };
+    connect("show-option-menu", G_CALLBACK(options));
     const auto certificate = +[](WebKitWebView*, char* address, GTlsCertificate* shown, GTlsCertificateFlags problems,
                                  gpointer data) -> gboolean {
         const auto* attended = static_cast<Attended*>(data);
@@ -273,6 +280,55 @@ void PageRequests::chooseFiles(WebPage& page, void* request) {
                                 .isDefault = true}},
                    .asker = &page,
                    .abandoned = [kept] { webkit_file_chooser_request_cancel(kept.get()); }});
+}
+
+void PageRequests::chooseOption(WebPage& page, void* menu) {
+    struct Choice {
+        SheetLayer& sheets;
+        std::shared_ptr<WebKitOptionMenu> menu;
+        const void* asker;
+    };
+
+    const auto kept = held(WEBKIT_OPTION_MENU(menu));
+    GtkWidget* list = gtk_list_box_new();
+    for (guint index = 0; index < webkit_option_menu_get_n_items(kept.get()); ++index) {
+        WebKitOptionMenuItem* item = webkit_option_menu_get_item(kept.get(), index);
+        GtkWidget* label = gtk_label_new(webkit_option_menu_item_get_label(item));
+        gtk_label_set_xalign(GTK_LABEL(label), 0);
+        gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_END);
+        gtk_list_box_insert(GTK_LIST_BOX(list), label, -1);
+        GtkListBoxRow* row = gtk_list_box_get_row_at_index(GTK_LIST_BOX(list), static_cast<int>(index));
+        const bool isChoice =
+            webkit_option_menu_item_is_enabled(item) != FALSE && webkit_option_menu_item_is_group_label(item) == FALSE;
+        gtk_widget_set_sensitive(GTK_WIDGET(row), isChoice ? TRUE : FALSE);
+        if (webkit_option_menu_item_is_selected(item) != FALSE) {
+            gtk_list_box_select_row(GTK_LIST_BOX(list), row);
+        }
+    }
+    const auto chosen = +[](GtkListBox*, GtkListBoxRow* row, gpointer data) {
+        const Choice choice = *static_cast<Choice*>(data);
+        webkit_option_menu_activate_item(choice.menu.get(), static_cast<guint>(gtk_list_box_row_get_index(row)));
+        // The list goes with its sheet, so not from within its own signal.
+        const auto finish = +[](gpointer finished) -> gboolean {
+            const std::unique_ptr<Choice> done(static_cast<Choice*>(finished));
+            done->sheets.abandon(done->asker);
+            return G_SOURCE_REMOVE;
+        };
+        g_idle_add(finish, new Choice(choice));
+    };
+    const auto release = +[](gpointer data, GClosure*) { delete static_cast<Choice*>(data); };
+    g_signal_connect_data(list, "row-activated", G_CALLBACK(chosen), new Choice{m_sheets, kept, &page}, release,
+                          GConnectFlags(0));
+    GtkWidget* scroller = gtk_scrolled_window_new(nullptr, nullptr);
+    gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
+    gtk_scrolled_window_set_propagate_natural_height(GTK_SCROLLED_WINDOW(scroller), TRUE);
+    gtk_scrolled_window_set_max_content_height(GTK_SCROLLED_WINDOW(scroller), 260);
+    gtk_container_add(GTK_CONTAINER(scroller), list);
+    const auto close = [kept] { webkit_option_menu_close(kept.get()); };
+    m_sheets.show({.content = scroller,
+                   .buttons = {{.label = u"Done"_s, .pressed = [close](const QString&) { close(); }, .isCancel = true}},
+                   .asker = &page,
+                   .abandoned = close});
 }
 
 void PageRequests::explainCertificate(WebPage& page, const QString& address, void* certificate, unsigned problems) {

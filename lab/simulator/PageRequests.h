@@ -15,8 +15,8 @@ namespace corvanta::lab {
 
 class LocationFeed;
 
-/// What pages ask of a person, asked in sheets on the device: alerts, files, permissions, certificates and downloads.
-/// Of the main thread; outlives the pages.
+/// What pages ask of a person, asked in sheets on the device: alerts, options, files, permissions, certificates and
+/// downloads. Of the main thread; outlives the pages.
 class PageRequests {
 public:
     PageRequests(SheetLayer& sheets, LocationFeed& location, WebKitWebContext* context);
@@ -36,6 +36,7 @@ private:
     void askPermission(WebPage& page, WebKitPermissionRequest* request);
     void chooseFiles(WebPage& page, void* request);
     void explainCertificate(WebPage& page, const QString& address, void* certificate, unsigned problems);
+    void chooseOption(WebPage& page, void* menu);
     void download(WebKitDownload* download);
 
     SheetLayer& m_sheets;
