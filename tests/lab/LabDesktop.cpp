@@ -123,8 +123,13 @@ QString Simulator::stateOf(const QString& udid) {
 }
 
 QString Simulator::window(const QString& title) {
-    const ToolRun found = runServing(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s,
-                                                    u"^"_s + QRegularExpression::escape(title) + u"$"_s});
+    const QStringList search{u"search"_s, u"--onlyvisible"_s, u"--name"_s,
+                             u"^"_s + QRegularExpression::escape(title) + u"$"_s};
+    ToolRun found = runServing(u"xdotool"_s, search);
+    // A window that goes while the search looks at it ends the search.
+    for (int attempt = 0; attempt < 10 && found.error.contains("BadWindow"); ++attempt) {
+        found = runServing(u"xdotool"_s, search);
+    }
     return QString::fromUtf8(found.output).section(u'\n', 0, 0);
 }
 
