@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DeviceCatalogue.h"
 #include "LocationFeed.h"
+#include "WebPage.h"
 
 #include <QSize>
 #include <QString>
@@ -11,24 +11,34 @@
 #include <memory>
 #include <vector>
 
-typedef struct _GtkWidget GtkWidget;
-typedef struct _WebKitSettings WebKitSettings;
-typedef struct _WebKitUserContentManager WebKitUserContentManager;
-
 namespace corvanta::lab {
 
 /// The device's browser: its pages, one of them in front, each of them inspectable. Of the main thread.
-class BrowserPages {
+class BrowserPages final : private WebPageOwner {
 public:
-    /// `changed` is called after every change of the accessors below; `ready` once the engine has shown that it works.
-    BrowserPages(const DeviceType& type, const Runtime& runtime, std::function<void()> changed,
-                 std::function<void()> ready);
+    struct Events {
+        /// After every change of what is told about the pages.
+        std::function<void()> changed;
+        /// After every change of what the page in front asks of the viewport.
+        std::function<void()> viewportAsked;
+        /// A text field of the page in front got the focus, by hand or not, or lost it.
+        std::function<void(bool isEditing, bool byHand)> edited;
+        /// A page was opened, and before one is closed.
+        std::function<void(WebPage&)> opened;
+        std::function<void(WebPage&)> closing;
+        /// Once the engine has shown that it works.
+        std::function<void()> ready;
+    };
+
+    BrowserPages(const DeviceType& type, const Runtime& runtime, Events events);
     BrowserPages(const BrowserPages&) = delete;
     BrowserPages& operator=(const BrowserPages&) = delete;
     ~BrowserPages();
 
     /// The widget that shows the page in front; owned by its parent widget.
     [[nodiscard]] GtkWidget* widget() const { return m_stack; }
+
+    [[nodiscard]] WebKitWebContext* context() const { return m_device.context; }
 
     [[nodiscard]] LocationFeed& location() { return *m_location; }
 
@@ -38,7 +48,13 @@ public:
     /// Position of the page in front, from 0.
     [[nodiscard]] std::size_t current() const { return m_current; }
 
-    /// What the address bar shows: the page's host, else its address; empty for the start page.
+    /// The page at that position, which exists until it is closed.
+    [[nodiscard]] WebPage& at(std::size_t index) { return *m_pages[index]; }
+
+    /// The page in front; null for the start page.
+    [[nodiscard]] WebPage* front() const;
+
+    /// What the address bar shows: the page's host or file, else its address; empty for the start page.
     [[nodiscard]] QString address() const;
     [[nodiscard]] bool canGoBack() const;
     [[nodiscard]] bool canGoForward() const;
@@ -46,13 +62,16 @@ public:
     /// Opens a page of its own in front of the others.
     void open(const QString& url);
 
+    /// Loads the address in the page in front, or in a new one when there is none.
+    void go(const QString& url);
+
+    /// Brings the page at that position to the front.
+    void show(std::size_t index);
+
     /// Brings the page that far behind the current one to the front, around the ends.
     void step(int distance);
 
-    void showPrevious() { step(-1); }
-
-    void showNext() { step(1); }
-
+    void close(std::size_t index);
     void closeCurrent();
     void reload();
     void goBack();
@@ -62,30 +81,25 @@ public:
     /// Gives pages that were never shown the size they will have.
     void setPageSize(QSize size) { m_pageSize = size; }
 
-private:
-    struct Page;
+    /// Tells every page how the device is held.
+    void turn(Orientation orientation);
 
-    Page& add(GtkWidget* view);
-    Page* front() const;
-    Page* pageOf(const GtkWidget* view) const;
-    void show(std::size_t index);
-    void close(const Page& page);
-    void showCrash(Page& page);
-    void connectView(GtkWidget* view);
-    GtkWidget* makeView(WebKitSettings* settings) const;
+private:
+    void pageChanged(WebPage& page) override;
+    void pageAsksForViewport(WebPage& page) override;
+    void pageEdits(WebPage& page, bool isEditing, bool byHand) override;
+
+    [[nodiscard]] std::unique_ptr<WebPage> makePage(WebKitWebView* opener = nullptr);
+    WebPage& add(std::unique_ptr<WebPage> page);
     void makeStartPage(const Runtime& runtime);
     void warmUp();
 
-    DeviceType m_type;
-    std::function<void()> m_changed;
-    std::function<void()> m_ready;
-    WebKitWebContext* m_context = nullptr;
-    WebKitSettings* m_settings = nullptr;
-    WebKitUserContentManager* m_content = nullptr;
+    WebPage::Device m_device;
+    Events m_events;
     std::unique_ptr<LocationFeed> m_location;
     GtkWidget* m_stack = nullptr;
     GtkWidget* m_startPage = nullptr;
-    std::vector<std::unique_ptr<Page>> m_pages;
+    std::vector<std::unique_ptr<WebPage>> m_pages;
     std::size_t m_current = 0;
     QSize m_pageSize;
 };

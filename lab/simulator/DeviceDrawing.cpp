@@ -24,9 +24,20 @@ struct Colour {
 constexpr Colour surroundTop{0.165, 0.175, 0.195};
 constexpr Colour surroundBottom{0.115, 0.122, 0.138};
 constexpr Colour bodyColour{0.035, 0.037, 0.042};
-constexpr Colour rimColour{0.42, 0.43, 0.45};
-constexpr Colour barColour{0.969, 0.969, 0.976};
-constexpr Colour inkColour{0.06, 0.06, 0.07};
+constexpr Colour rimLight{0.58, 0.58, 0.60};
+constexpr Colour rimDark{0.30, 0.31, 0.33};
+
+Colour barColour(bool isDark) {
+    return isDark ? Colour{0.110, 0.110, 0.118} : Colour{0.969, 0.969, 0.976};
+}
+
+Colour inkColour(bool isDark) {
+    return isDark ? Colour{0.96, 0.96, 0.97} : Colour{0.06, 0.06, 0.07};
+}
+
+constexpr QSizeF islandSize{122, 36};
+/// Between the edge of a phone with an island and its screen.
+constexpr double phoneBorder = 14;
 
 void setColour(cairo_t* context, const Colour& colour) {
     cairo_set_source_rgb(context, colour.red, colour.green, colour.blue);
@@ -60,26 +71,47 @@ double bodyRadius(const DeviceType& type) {
     return type.shape == DeviceShape::homeButton ? 56 : screenRadius(type) + (type.isTablet() ? 26 : 14);
 }
 
-void drawClock(cairo_t* context, const QString& time, const QRectF& area, double x, double height) {
-    PangoLayout* text = pango_cairo_create_layout(context);
-    PangoFontDescription* font = pango_font_description_from_string("Sans Bold");
-    pango_font_description_set_absolute_size(font, std::max(5.0, height) * PANGO_SCALE);
-    pango_layout_set_font_description(text, font);
-    const QString shown = time.isEmpty() ? QTime::currentTime().toString(u"H:mm"_s) : time;
-    pango_layout_set_text(text, shown.toUtf8().constData(), -1);
-    int textWidth = 0;
-    int textHeight = 0;
-    pango_layout_get_pixel_size(text, &textWidth, &textHeight);
-    setColour(context, inkColour);
-    cairo_move_to(context, x < 0 ? area.center().x() - textWidth / 2.0 : x, area.center().y() - textHeight / 2.0);
-    pango_cairo_show_layout(context, text);
-    pango_font_description_free(font);
-    g_object_unref(text);
+/// Runs what draws in the device's own upright coordinates, from the corner of its body, in CSS pixels.
+template<typename Draw>
+void upright(cairo_t* context, const DeviceLayout& layout, Orientation orientation, const Draw& draw) {
+    cairo_save(context);
+    switch (orientation) {
+    case Orientation::portrait:
+        cairo_translate(context, layout.body.left(), layout.body.top());
+        break;
+    case Orientation::landscapeLeft:
+        cairo_translate(context, layout.body.left(), layout.body.bottom());
+        cairo_rotate(context, -std::numbers::pi / 2);
+        break;
+    case Orientation::landscapeRight:
+        cairo_translate(context, layout.body.right(), layout.body.top());
+        cairo_rotate(context, std::numbers::pi / 2);
+        break;
+    }
+    cairo_scale(context, layout.zoom, layout.zoom);
+    const QSizeF size = layout.body.size() / layout.zoom;
+    draw(isLandscape(orientation) ? size.transposed() : size);
+    cairo_restore(context);
 }
 
+void drawText(cairo_t* context, const QString& text, QPointF place, double height, double alignment) {
+    PangoLayout* layout = pango_cairo_create_layout(context);
+    PangoFontDescription* font = pango_font_description_from_string("Sans Bold");
+    pango_font_description_set_absolute_size(font, std::max(5.0, height) * PANGO_SCALE);
+    pango_layout_set_font_description(layout, font);
+    pango_layout_set_text(layout, text.toUtf8().constData(), -1);
+    int textWidth = 0;
+    int textHeight = 0;
+    pango_layout_get_pixel_size(layout, &textWidth, &textHeight);
+    cairo_move_to(context, place.x() - textWidth * alignment, place.y() - textHeight / 2.0);
+    pango_cairo_show_layout(context, layout);
+    pango_font_description_free(font);
+    g_object_unref(layout);
+}
+
+/// Ends at `right`.
 void drawBattery(cairo_t* context, int level, double right, double middle, double unit) {
     const QRectF shell(right - 27 * unit, middle - 6 * unit, 24 * unit, 12 * unit);
-    setColour(context, inkColour);
     cairo_set_line_width(context, std::max(0.75, unit));
     addRoundedRectangle(context, shell, 3.5 * unit);
     cairo_stroke(context);
@@ -90,8 +122,26 @@ void drawBattery(cairo_t* context, int level, double right, double middle, doubl
     cairo_fill(context);
 }
 
+/// Ends at `right`.
+void drawWireless(cairo_t* context, double right, double middle, double unit) {
+    const double x = right - 8.5 * unit;
+    const double y = middle + 5.5 * unit;
+    cairo_save(context);
+    cairo_set_line_width(context, 2.2 * unit);
+    for (const double radius : {10.0, 6.2}) {
+        cairo_new_sub_path(context);
+        cairo_arc(context, x, y, radius * unit, -std::numbers::pi * 0.75, -std::numbers::pi * 0.25);
+        cairo_stroke(context);
+    }
+    cairo_move_to(context, x, y);
+    cairo_arc(context, x, y, 3.2 * unit, -std::numbers::pi * 0.75, -std::numbers::pi * 0.25);
+    cairo_close_path(context);
+    cairo_fill(context);
+    cairo_restore(context);
+}
+
+/// Ends at `right`.
 void drawSignal(cairo_t* context, int bars, double right, double middle, double unit) {
-    setColour(context, inkColour);
     for (int bar = 0; bar < bars; ++bar) {
         const double height = (4 + 2.6 * bar) * unit;
         addRoundedRectangle(context, {right - (4 - bar) * 5 * unit, middle + 6 * unit - height, 3.4 * unit, height},
@@ -100,45 +150,127 @@ void drawSignal(cairo_t* context, int bars, double right, double middle, double 
     cairo_fill(context);
 }
 
-void drawStatusBar(cairo_t* context, const DeviceType& type, const DeviceLayout& layout,
-                   const StatusBarContent& content) {
-    const double unit = layout.zoom * (type.shape == DeviceShape::island ? 1.0 : 0.75);
+void drawStatusBar(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, const DeviceLook& look) {
     const QRectF& bar = layout.statusBar;
-    const double middle = bar.center().y();
-    const double inset = (type.shape == DeviceShape::island ? 34 : 10) * layout.zoom;
-    if (type.shape == DeviceShape::homeButton) {
-        drawClock(context, content.time, bar, -1, 13 * layout.zoom);
-    } else {
-        drawClock(context, content.time, bar, bar.left() + inset, 17 * unit);
+    if (bar.height() <= 0) {
+        return;
+    }
+    const bool hasIsland = type.shape == DeviceShape::island;
+    const double unit = layout.zoom * (hasIsland ? 1.0 : 0.75);
+    const double middle = bar.center().y() + (hasIsland ? 1.5 * layout.zoom : 0);
+    const double inset = (hasIsland ? 34 : type.isTablet() ? 18 : 8) * layout.zoom;
+    const StatusBarContent& content = look.statusBar;
+    const QString time = content.time.isEmpty() ? QTime::currentTime().toString(u"H:mm"_s) : content.time;
+    setColour(context, inkColour(look.isDark));
+    switch (type.shape) {
+    case DeviceShape::island:
+        // In the middle of the room beside the island.
+        drawText(context, time,
+                 {bar.left() + (bar.width() - islandSize.width() * layout.zoom) / 4 + 4 * layout.zoom, middle},
+                 17 * layout.zoom, 0.5);
+        break;
+    case DeviceShape::homeButton:
+        drawText(context, time, {bar.center().x(), middle}, 12.5 * layout.zoom, 0.5);
+        break;
+    case DeviceShape::tablet:
+        drawText(context, time, {bar.left() + inset, middle}, 12.5 * layout.zoom, 0);
+        break;
     }
     drawBattery(context, content.batteryLevel, bar.right() - inset, middle, unit);
-    drawSignal(context, content.cellularBars, bar.right() - inset - 33 * unit, middle, unit);
-    if (type.shape == DeviceShape::island) {
-        const double width = 122 * layout.zoom;
-        const double height = 35 * layout.zoom;
-        cairo_set_source_rgb(context, 0, 0, 0);
-        addRoundedRectangle(context, {bar.center().x() - width / 2, bar.top() + 13 * layout.zoom, width, height},
-                            height / 2);
+    drawWireless(context, bar.right() - inset - 32 * unit, middle, unit);
+    if (type.shape == DeviceShape::homeButton) {
+        drawSignal(context, content.cellularBars, bar.left() + inset + 20 * unit, middle, unit);
+    } else if (!type.isTablet()) {
+        drawSignal(context, content.cellularBars, bar.right() - inset - 54 * unit, middle, unit);
+    }
+}
+
+void drawSideButtons(cairo_t* context, const DeviceType& type, const QSizeF& body) {
+    setColour(context, rimDark);
+    if (type.isTablet()) {
+        addRoundedRectangle(context, {body.width() - 92, -4, 56, 8}, 3);
+        addRoundedRectangle(context, {34, -4, 46, 8}, 3);
+        addRoundedRectangle(context, {88, -4, 46, 8}, 3);
+    } else {
+        addRoundedRectangle(context, {-4, 118, 8, 30}, 3);
+        addRoundedRectangle(context, {-4, 176, 8, 58}, 3);
+        addRoundedRectangle(context, {-4, 248, 8, 58}, 3);
+        addRoundedRectangle(context, {body.width() - 4, 196, 8, 92}, 3);
+    }
+    cairo_fill(context);
+}
+
+void drawBody(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, const QSizeF& body) {
+    drawSideButtons(context, type, body);
+    const QRectF outline(QPointF(0, 0), body);
+    const double thinnest = 1 / layout.zoom;
+    addRoundedRectangle(context, outline, bodyRadius(type));
+    cairo_pattern_t* rim = cairo_pattern_create_linear(0, 0, body.width(), body.height());
+    cairo_pattern_add_color_stop_rgb(rim, 0, rimLight.red, rimLight.green, rimLight.blue);
+    cairo_pattern_add_color_stop_rgb(rim, 0.5, rimDark.red, rimDark.green, rimDark.blue);
+    cairo_pattern_add_color_stop_rgb(rim, 1, rimLight.red, rimLight.green, rimLight.blue);
+    cairo_set_source(context, rim);
+    cairo_fill(context);
+    cairo_pattern_destroy(rim);
+    const double edge = std::max(3.5, thinnest);
+    addRoundedRectangle(context, outline.adjusted(edge, edge, -edge, -edge), bodyRadius(type) - edge);
+    setColour(context, bodyColour);
+    cairo_fill(context);
+    if (type.shape == DeviceShape::homeButton) {
+        setColour(context, {0.30, 0.31, 0.33});
+        cairo_set_line_width(context, std::max(2.0, thinnest));
+        cairo_arc(context, body.width() / 2, body.height() - 46, 29, 0, 2 * std::numbers::pi);
+        cairo_stroke(context);
+        setColour(context, {0.16, 0.165, 0.18});
+        addRoundedRectangle(context, {body.width() / 2 - 32, 43, 64, 7}, 3.5);
+        cairo_fill(context);
+    } else if (type.isTablet()) {
+        setColour(context, {0.10, 0.105, 0.12});
+        cairo_arc(context, body.width() - 15, body.height() / 2, 4.5, 0, 2 * std::numbers::pi);
         cairo_fill(context);
     }
 }
 
-void drawHome(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
-    const double zoom = layout.zoom;
+void drawIsland(cairo_t* context, const QSizeF& body) {
+    setColour(context, {0, 0, 0});
+    addRoundedRectangle(
+        context, {(body.width() - islandSize.width()) / 2, phoneBorder + 12, islandSize.width(), islandSize.height()},
+        islandSize.height() / 2);
+    cairo_fill(context);
+    setColour(context, {0.055, 0.065, 0.10});
+    cairo_arc(context, (body.width() + islandSize.width()) / 2 - islandSize.height() / 2,
+              phoneBorder + 12 + islandSize.height() / 2, 7, 0, 2 * std::numbers::pi);
+    cairo_fill(context);
+}
+
+void drawHomeIndicator(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, const DeviceLook& look) {
     if (type.shape == DeviceShape::homeButton) {
-        const double y = (layout.screen.bottom() + layout.body.bottom()) / 2;
-        setColour(context, {0.25, 0.26, 0.28});
-        cairo_set_line_width(context, std::max(1.0, 2 * zoom));
-        cairo_arc(context, layout.body.center().x(), y, 30 * zoom, 0, 2 * std::numbers::pi);
-        cairo_stroke(context);
-    } else if (type.shape == DeviceShape::island) {
-        const double width = 140 * zoom;
-        setColour(context, inkColour);
-        addRoundedRectangle(
-            context, {layout.screen.center().x() - width / 2, layout.screen.bottom() - 13 * zoom, width, 5 * zoom},
-            2.5 * zoom);
-        cairo_fill(context);
+        return;
     }
+    const double zoom = layout.zoom;
+    const double width = (type.isTablet() ? 280 : isLandscape(look.orientation) ? 230 : 140) * zoom;
+    if (layout.page.bottom() + 1 >= static_cast<int>(layout.screen.bottom())) {
+        // Over a page of any colour.
+        cairo_set_source_rgba(context, 0.46, 0.46, 0.48, 0.9);
+    } else {
+        setColour(context, inkColour(look.isDark));
+    }
+    addRoundedRectangle(context,
+                        {layout.screen.center().x() - width / 2, layout.screen.bottom() - 13 * zoom, width, 5 * zoom},
+                        2.5 * zoom);
+    cairo_fill(context);
+}
+
+/// Everything but the screen.
+void drawSurroundings(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
+                      const DeviceLook& look) {
+    cairo_pattern_t* surround = cairo_pattern_create_linear(0, 0, 0, area.height());
+    cairo_pattern_add_color_stop_rgb(surround, 0, surroundTop.red, surroundTop.green, surroundTop.blue);
+    cairo_pattern_add_color_stop_rgb(surround, 1, surroundBottom.red, surroundBottom.green, surroundBottom.blue);
+    cairo_set_source(context, surround);
+    cairo_paint(context);
+    cairo_pattern_destroy(surround);
+    upright(context, layout, look.orientation, [&](const QSizeF& body) { drawBody(context, type, layout, body); });
 }
 
 } // namespace
@@ -157,7 +289,7 @@ void addScreenOutline(cairo_t* context, const DeviceType& type, const DeviceLayo
     addRoundedRectangle(context, layout.screen, screenRadius(type) * layout.zoom);
 }
 
-void drawSquareCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
+void drawSquareCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, const DeviceLook& look) {
     if (screenRadius(type) <= 0) {
         return;
     }
@@ -167,43 +299,43 @@ void drawSquareCorners(cairo_t* context, const DeviceType& type, const DeviceLay
     // A little over the screen's own edge, which is blended with what is behind it.
     addRoundedRectangle(context, layout.screen, (screenRadius(type) + overlap) * layout.zoom);
     cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);
-    setColour(context, barColour);
+    setColour(context, barColour(look.isDark));
     cairo_fill(context);
     cairo_restore(context);
 }
 
 void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
-                const StatusBarContent& statusBar) {
-    cairo_pattern_t* surround = cairo_pattern_create_linear(0, 0, 0, area.height());
-    cairo_pattern_add_color_stop_rgb(surround, 0, surroundTop.red, surroundTop.green, surroundTop.blue);
-    cairo_pattern_add_color_stop_rgb(surround, 1, surroundBottom.red, surroundBottom.green, surroundBottom.blue);
-    cairo_set_source(context, surround);
-    cairo_paint(context);
-    cairo_pattern_destroy(surround);
-
-    addRoundedRectangle(context, layout.body, bodyRadius(type) * layout.zoom);
-    setColour(context, bodyColour);
-    cairo_fill_preserve(context);
-    setColour(context, rimColour);
-    cairo_set_line_width(context, std::max(1.0, 2.5 * layout.zoom));
-    cairo_stroke(context);
-
+                const DeviceLook& look) {
+    drawSurroundings(context, type, layout, area, look);
     addScreenOutline(context, type, layout);
-    setColour(context, barColour);
+    setColour(context, barColour(look.isDark));
     cairo_fill(context);
-    drawStatusBar(context, type, layout, statusBar);
-    drawHome(context, type, layout);
+    drawStatusBar(context, type, layout, look);
 }
 
-void drawScreenCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
-    const double radius = screenRadius(type) * layout.zoom;
-    addRoundedRectangle(context, layout.body, bodyRadius(type) * layout.zoom);
-    cairo_clip(context);
-    cairo_rectangle(context, layout.screen.x(), layout.screen.y(), layout.screen.width(), layout.screen.height());
-    addRoundedRectangle(context, layout.screen, radius);
+void drawOverScreen(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, const DeviceLook& look) {
+    drawHomeIndicator(context, type, layout, look);
+    if (type.shape == DeviceShape::island) {
+        upright(context, layout, look.orientation, [&](const QSizeF& body) { drawIsland(context, body); });
+    }
+}
+
+void drawScreenCorners(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, QSize area,
+                       const DeviceLook& look) {
+    if (screenRadius(type) <= 0) {
+        return;
+    }
+    cairo_save(context);
+    // A pixel more, as the page ends on whole pixels and the screen between them. What is seen there is the body and,
+    // where its own corner is rounder, what is around it.
+    const QRectF screen = layout.screen.adjusted(-1, -1, 1, 1);
+    cairo_rectangle(context, screen.x(), screen.y(), screen.width(), screen.height());
+    addRoundedRectangle(context, layout.screen, screenRadius(type) * layout.zoom);
     cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);
-    setColour(context, bodyColour);
-    cairo_fill(context);
+    cairo_clip(context);
+    cairo_set_fill_rule(context, CAIRO_FILL_RULE_WINDING);
+    drawSurroundings(context, type, layout, area, look);
+    cairo_restore(context);
 }
 
 } // namespace corvanta::lab

@@ -18,14 +18,16 @@ constexpr double roundingGuard = 0.004;
 /// and its width in media queries would be one too large (WebKitGTK 2.50).
 constexpr double smallestEnlargement = 1.016;
 /// How many page widths are tried for a height that comes out whole.
-constexpr int candidates = 6;
+constexpr int candidates = 16;
+/// What of a CSS pixel may be left over below a page.
+constexpr double smallRest = 0.2;
 
-QMarginsF border(const DeviceType& type) {
+QMarginsF border(const DeviceType& type, Orientation orientation) {
     switch (type.shape) {
     case DeviceShape::island:
         return {14, 14, 14, 14};
     case DeviceShape::homeButton:
-        return {18, 92, 18, 92};
+        return isLandscape(orientation) ? QMarginsF(92, 18, 92, 18) : QMarginsF(18, 92, 18, 92);
     case DeviceShape::tablet:
         return {30, 30, 30, 30};
     }
@@ -56,6 +58,9 @@ PageSize pageSize(const QSize& viewport, int limit) {
             smallestRest = rest;
             best = {width, height, zoom};
         }
+        if (smallestRest < smallRest) {
+            break;
+        }
         // Once a height fits, a few more widths may fit it better; until one does, the search goes on.
         if (smallestRest < 0.9) {
             ++seen;
@@ -70,35 +75,38 @@ double pageZoom(int width, int viewportWidth) {
     return width == viewportWidth ? 1 : width / (viewportWidth + roundingGuard);
 }
 
-DeviceLayout DeviceLayout::fit(const DeviceType& type, QSize area) {
-    const QMarginsF margins = border(type);
-    const double bodyWidth = type.screen.width() + margins.left() + margins.right();
-    const double bodyHeight = type.screen.height() + margins.top() + margins.bottom();
+DeviceLayout DeviceLayout::fit(const DeviceType& type, QSize area, Orientation orientation, ViewportFit viewport) {
+    const ScreenFigures figures = ScreenFigures::of(type, orientation, viewport);
+    const QMarginsF margins = border(type, orientation);
+    const double bodyWidth = figures.screen.width() + margins.left() + margins.right();
+    const double bodyHeight = figures.screen.height() + margins.top() + margins.bottom();
     const double scale = std::max(
         0.05, std::min((area.width() - 2 * surround) / bodyWidth, (area.height() - 2 * surround) / bodyHeight));
-    const PageSize size = pageSize(type.viewport, std::max(1, static_cast<int>(type.screen.width() * scale)));
+    const PageSize size = pageSize(figures.viewport, std::max(1, static_cast<int>(figures.viewport.width() * scale)));
 
     DeviceLayout layout;
     layout.zoom = size.zoom;
     const double zoom = size.zoom;
     const auto left = std::round((area.width() - bodyWidth * zoom) / 2 + margins.left() * zoom);
     const auto top = std::round((area.height() - bodyHeight * zoom) / 2 + margins.top() * zoom);
-    layout.screen = {left, top, double(size.width), type.screen.height() * zoom};
+    const double screenWidth = figures.side == 0 ? size.width : figures.screen.width() * zoom;
+    layout.screen = {left, top, screenWidth, figures.screen.height() * zoom};
     layout.body = layout.screen.marginsAdded(margins * zoom);
-    layout.statusBar = {left, top, double(size.width), type.statusBar * zoom};
-    const int barHeight = type.screen.height() - type.statusBar - type.viewport.height();
-    const int afterStatus = static_cast<int>(std::round(top + type.statusBar * zoom));
+    layout.statusBar = {left, top, screenWidth, figures.statusBar * zoom};
+    const int afterStatus = static_cast<int>(std::round(top + figures.statusBar * zoom));
     const int x = static_cast<int>(left);
-    if (type.isTablet()) {
-        const int pageTop = static_cast<int>(std::round(layout.screen.bottom())) - size.height;
-        layout.bar = {x, afterStatus, size.width, std::max(1, pageTop - afterStatus)};
-        layout.page = {x, pageTop, size.width, size.height};
+    const int width = static_cast<int>(std::round(screenWidth));
+    const int bottom = static_cast<int>(std::round(layout.screen.bottom()));
+    if (figures.topBar > 0) {
+        const int pageTop = bottom - size.height;
+        layout.bar = {x, afterStatus, width, std::max(1, pageTop - afterStatus)};
+        layout.page = {static_cast<int>(std::round(left + figures.side * zoom)), pageTop, size.width, size.height};
     } else {
         layout.page = {x, afterStatus, size.width, size.height};
-        // The strip of the home indicator stays free of buttons.
-        const double buttons = type.shape == DeviceShape::island ? barHeight - 34 : barHeight;
-        layout.bar = {x, afterStatus + size.height, size.width, std::max(1, static_cast<int>(buttons * zoom))};
+        layout.bar = {x, afterStatus + size.height, width, std::max(1, static_cast<int>(figures.bottomBar * zoom))};
     }
+    const int keys = static_cast<int>(std::round(figures.keyboard * zoom));
+    layout.keyboard = {x, bottom - keys, width, keys};
     return layout;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DeviceCatalogue.h"
+#include "ScreenFigures.h"
 
 #include <QRect>
 #include <QRectF>
@@ -19,11 +19,15 @@ struct DeviceLayout {
     QRectF statusBar;
     /// The page: in whole pixels, so that `page` divided by `zoom` gives exactly the model's viewport, rounded down.
     QRect page;
-    /// The browser's bars: on a phone below the page (address, then buttons), on a tablet one row above it.
+    /// The browser's bars: on an upright phone below the page (address, then buttons), else one row above it.
     QRect bar;
+    /// Where the keyboard is while it is shown.
+    QRect keyboard;
 
     /// Fits the device into an area of that size. Nothing leaves the area as long as it is at least 100 x 150.
-    [[nodiscard]] static DeviceLayout fit(const DeviceType& type, QSize area);
+    [[nodiscard]] static DeviceLayout fit(const DeviceType& type, QSize area,
+                                          Orientation orientation = Orientation::portrait,
+                                          ViewportFit viewport = ViewportFit::automatic);
 
     bool operator==(const DeviceLayout&) const = default;
 };

@@ -42,6 +42,7 @@ constexpr char introspection[] = R"xml(<node>
       <arg name="scale" type="d" direction="in"/>
       <arg name="picture" type="ay" direction="out"/>
     </method>
+    <method name="SetOrientation"><arg name="orientation" type="s" direction="in"/></method>
     <method name="ShowWindow"/>
     <method name="ShowWindowInBackground"/>
     <method name="Shutdown"/>
@@ -201,6 +202,14 @@ void DeviceService::answer(const QString& method, GVariant* arguments, GDBusMeth
             return;
         }
         m_actions.openURL(QString::fromUtf8(url));
+    } else if (method == u"SetOrientation") {
+        const char* orientation = nullptr;
+        g_variant_get(arguments, "(&s)", &orientation);
+        if (!m_actions.setOrientation(QString::fromUtf8(orientation))) {
+            g_dbus_method_invocation_return_dbus_error(call, "org.freedesktop.DBus.Error.InvalidArgs",
+                                                       "There is no such orientation.");
+            return;
+        }
     } else if (method == u"SetLocation") {
         double latitude = 0;
         double longitude = 0;

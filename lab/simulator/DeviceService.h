@@ -32,6 +32,8 @@ struct DeviceActions {
     /// A picture of the screen as the bytes of a file, by format, mask and pixels per CSS pixel; empty when none can be
     /// made so.
     std::function<QByteArray(const QString&, const QString&, double)> screenshot;
+    /// Turns the device: "portrait", "landscapeLeft" or "landscapeRight"; false for another word.
+    std::function<bool(const QString&)> setOrientation;
     /// Calls back once the window is mapped.
     std::function<void(WindowFocus, std::function<void()>)> showWindow;
     std::function<void()> shutdown;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceWindow.h"
 
+#include "DeviceStyle.h"
+#include "EngineHost.h"
 #include "ScreenCapture.h"
 
 #include <QTime>
@@ -20,30 +22,6 @@ constexpr QSize minimumSize{220, 300};
 /// Free space around the device and its border at full size.
 constexpr QSize fullSizeExtra{90, 90};
 
-constexpr char windowStyle[] = ".browser-bar { background: transparent; color: #0a66d6; }"
-                               ".browser-bar button { min-width: 0; min-height: 0; padding: 0; margin: 0; border: none;"
-                               "  background: transparent; box-shadow: none; color: #0a66d6; -gtk-icon-shadow: none; }"
-                               ".browser-bar button:hover { color: #003f91; }"
-                               ".browser-bar button:focus { outline: 2px solid #0a66d6; outline-offset: -2px; }"
-                               ".browser-bar button:disabled { color: #b4b4bb; }"
-                               ".browser-bar label { color: #1c1c1e; min-width: 0; min-height: 0; }"
-                               ".browser-bar .address { background: #e4e4e9; }"
-                               ".start-page label { color: #636366; margin: 0 12px; }"
-                               ".start-page .start-page-title { color: #1c1c1e; font-size: 20px; font-weight: 600; }"
-                               ".crash { background: #ffffff; color: #1c1c1e; padding: 8px; }";
-
-void addStyle() {
-    GtkCssProvider* provider = gtk_css_provider_new();
-    gtk_css_provider_load_from_data(provider, windowStyle, -1, nullptr);
-    gtk_style_context_add_provider_for_screen(gdk_screen_get_default(), GTK_STYLE_PROVIDER(provider),
-                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
-    g_object_unref(provider);
-}
-
-void setRectangle(GdkRectangle* target, const QRect& source) {
-    *target = {source.x(), source.y(), source.width(), source.height()};
-}
-
 /// The largest size of the device's own aspect that leaves room on the main screen.
 QSize firstSize(const QSize& full) {
     GdkMonitor* monitor = gdk_display_get_primary_monitor(gdk_display_get_default());
@@ -61,62 +39,18 @@ QSize firstSize(const QSize& full) {
 
 } // namespace
 
-DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const QString& deviceName,
-                           std::function<void()> ready, std::function<void(bool)> shown)
+DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const QString& deviceName, Events events)
     : m_type(type)
     , m_runtimeName(runtime.name)
-    , m_shown(std::move(shown)) {
-    addStyle();
+    , m_events(std::move(events)) {
+    addDeviceStyle();
+    presentAs(type);
+    makeCommands();
     m_content = gtk_overlay_new();
     g_object_ref_sink(m_content);
     gtk_widget_set_size_request(m_content, minimumSize.width(), minimumSize.height());
-    m_canvas = gtk_drawing_area_new();
-    gtk_container_add(GTK_CONTAINER(m_content), m_canvas);
-
-    m_pages = std::make_unique<BrowserPages>(
-        type, runtime,
-        [this] {
-            if (m_bar) {
-                m_bar->update();
-            }
-        },
-        std::move(ready));
-    m_bar = std::make_unique<BrowserBar>(type, *m_pages);
-    m_corners = gtk_drawing_area_new();
-    gtk_overlay_add_overlay(GTK_OVERLAY(m_content), m_pages->widget());
-    gtk_overlay_add_overlay(GTK_OVERLAY(m_content), m_bar->widget());
-    gtk_overlay_add_overlay(GTK_OVERLAY(m_content), m_corners);
-    gtk_overlay_set_overlay_pass_through(GTK_OVERLAY(m_content), m_corners, TRUE);
-    m_bar->update();
-
-    const auto place = +[](GtkOverlay*, GtkWidget* child, GdkRectangle* area, gpointer window) -> gboolean {
-        auto* self = static_cast<DeviceWindow*>(window);
-        // Asked while the overlay is given its size, so this is where a new size is met first.
-        self->followSize(
-            {gtk_widget_get_allocated_width(self->m_content), gtk_widget_get_allocated_height(self->m_content)});
-        if (child == self->m_pages->widget()) {
-            setRectangle(area, self->m_layout.page);
-        } else if (child == self->m_bar->widget()) {
-            setRectangle(area, self->m_layout.bar);
-        } else {
-            setRectangle(area, QRect(QPoint(0, 0), self->m_area));
-        }
-        return TRUE;
-    };
-    g_signal_connect(m_content, "get-child-position", G_CALLBACK(place), this);
-    const auto draw = +[](GtkWidget*, cairo_t* context, gpointer window) -> gboolean {
-        const auto* self = static_cast<DeviceWindow*>(window);
-        drawDevice(context, self->m_type, self->m_layout, self->m_area, self->m_statusBar);
-        return TRUE;
-    };
-    g_signal_connect(m_canvas, "draw", G_CALLBACK(draw), this);
-    const auto drawCorners = +[](GtkWidget*, cairo_t* context, gpointer window) -> gboolean {
-        const auto* self = static_cast<DeviceWindow*>(window);
-        drawScreenCorners(context, self->m_type, self->m_layout);
-        return TRUE;
-    };
-    g_signal_connect(m_corners, "draw", G_CALLBACK(drawCorners), this);
-    gtk_widget_show_all(m_content);
+    makePages(runtime);
+    makeLayers();
 
     const QSize full = type.screen + fullSizeExtra;
     m_hidden = gtk_offscreen_window_new();
@@ -138,13 +72,21 @@ DeviceWindow::~DeviceWindow() {
     if (m_rescale != 0) {
         g_source_remove(m_rescale);
     }
-    g_signal_handlers_disconnect_by_data(m_window, this);
-    g_signal_handlers_disconnect_by_data(m_content, this);
-    g_signal_handlers_disconnect_by_data(m_canvas, this);
-    g_signal_handlers_disconnect_by_data(m_corners, this);
+    if (m_raise != 0) {
+        g_source_remove(m_raise);
+    }
+    for (GtkWidget* widget : {m_window, m_content, m_canvas, m_corners}) {
+        g_signal_handlers_disconnect_by_data(widget, this);
+    }
+    for (GtkWidget* layer : {m_keyboard->widget(), m_overview->widget(), m_sheets->widget()}) {
+        g_signal_handlers_disconnect_by_data(layer, this);
+    }
     m_bar.reset();
     GtkWidget* pages = m_pages->widget();
+    m_sheets->abandonAll();
     m_pages.reset();
+    m_requests.reset();
+    m_keyboard.reset();
     gtk_widget_destroy(pages);
     gtk_widget_destroy(m_window);
     gtk_widget_destroy(m_hidden);
@@ -212,7 +154,7 @@ void DeviceWindow::show(WindowFocus focus, std::function<void()> then) {
         gtk_widget_show(m_window);
     }
     m_pages->focus();
-    m_shown(true);
+    m_events.shown(true);
 }
 
 void DeviceWindow::present() {
@@ -222,22 +164,31 @@ void DeviceWindow::present() {
 void DeviceWindow::hide() {
     gtk_widget_hide(m_window);
     moveContentTo(m_hidden);
-    m_shown(false);
+    m_events.shown(false);
 }
 
 void DeviceWindow::apply(const DeviceSettings& settings) {
+    m_look.isDark = settings.appearance == u"dark";
+    m_look.statusBar = StatusBarContent::of(settings.statusBar);
     // The engine tells pages the appearance of the toolkit.
-    g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme",
-                 settings.appearance == u"dark" ? TRUE : FALSE, nullptr);
+    g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", m_look.isDark ? TRUE : FALSE,
+                 nullptr);
+    GtkStyleContext* style = gtk_widget_get_style_context(m_content);
+    m_look.isDark ? gtk_style_context_add_class(style, "dark") : gtk_style_context_remove_class(style, "dark");
+    m_keyboard->setDark(m_look.isDark);
     m_pages->location().setAllowed(settings.allowsLocation());
-    m_statusBar = StatusBarContent::of(settings.statusBar);
-    gtk_widget_queue_draw(m_canvas);
+    gtk_widget_queue_draw(m_content);
 }
 
 QByteArray DeviceWindow::screenshot(const QString& format, const QString& mask, double scale) {
-    const std::vector<ScreenLayer> layers{{m_pages->widget(), m_layout.page.topLeft()},
-                                          {m_bar->widget(), m_layout.bar.topLeft()}};
-    return captureScreen(m_canvas, layers, m_type, m_layout, {format, mask, scale > 0 ? scale : m_type.scale});
+    std::vector<ScreenLayer> layers;
+    for (GtkWidget* widget :
+         {m_pages->widget(), m_bar->widget(), m_keyboard->widget(), m_overview->widget(), m_sheets->widget()}) {
+        if (gtk_widget_get_visible(widget) != FALSE) {
+            layers.push_back({widget, placeOf(widget).topLeft()});
+        }
+    }
+    return captureScreen(m_canvas, layers, m_type, m_layout, m_look, {format, mask, scale > 0 ? scale : m_type.scale});
 }
 
 void DeviceWindow::followSize(QSize area) {
@@ -245,36 +196,76 @@ void DeviceWindow::followSize(QSize area) {
         return;
     }
     m_area = area;
-    m_layout = DeviceLayout::fit(m_type, area);
+    layOut();
+}
+
+void DeviceWindow::setOrientation(Orientation orientation) {
+    if (orientation == m_look.orientation) {
+        return;
+    }
+    const bool isTurnedOver = isLandscape(orientation) != isLandscape(m_look.orientation);
+    m_look.orientation = orientation;
+    if (isTurnedOver && gtk_widget_get_visible(m_window) != FALSE) {
+        int width = 0;
+        int height = 0;
+        gtk_window_get_size(GTK_WINDOW(m_window), &width, &height);
+        gtk_window_resize(GTK_WINDOW(m_window), height, width);
+    }
+    m_bar->setOrientation(orientation);
+    layOut();
+    m_pages->turn(orientation);
+    tellKeyboard();
+}
+
+void DeviceWindow::layOut() {
+    if (!m_pages || m_area.isEmpty()) {
+        return;
+    }
+    const WebPage* page = m_pages->front();
+    m_layout = DeviceLayout::fit(m_type, m_area, m_look.orientation,
+                                 page == nullptr ? ViewportFit::automatic : page->viewportFit());
     m_pages->setPageSize(m_layout.page.size());
     if (m_rescale == 0) {
         // Sizes asked for while sizes are given would be lost.
-        const auto rescale = +[](gpointer window) -> gboolean {
+        const auto later = +[](gpointer window) -> gboolean {
             auto* self = static_cast<DeviceWindow*>(window);
             self->m_rescale = 0;
-            self->m_bar->setScale(self->m_layout.zoom);
-            gtk_widget_queue_draw(self->m_content);
+            self->rescale();
             return G_SOURCE_REMOVE;
         };
-        m_rescale = g_idle_add_full(GDK_PRIORITY_EVENTS, rescale, this, nullptr);
+        m_rescale = g_idle_add_full(GDK_PRIORITY_EVENTS, later, this, nullptr);
     }
 }
 
+void DeviceWindow::rescale() {
+    m_bar->setScale(m_layout.zoom);
+    m_overview->setScale(m_layout.zoom);
+    m_sheets->setScale(m_layout.zoom);
+    m_keyboard->setScale(m_layout.zoom, m_type.shape == DeviceShape::homeButton ? 0 : 24);
+    tellKeyboard();
+    gtk_widget_queue_resize(m_content);
+}
+
 bool DeviceWindow::handleKey(const GdkEventKey& event) {
+    GtkWidget* focused = gtk_window_get_focus(GTK_WINDOW(m_window));
+    const WebPage* page = m_pages->front();
+    const bool isEditing = (focused != nullptr && GTK_IS_ENTRY(focused)) || (page != nullptr && page->isEditing());
+    if (m_sheets->isShown()) {
+        return false;
+    }
+    if (handleShortcut(m_commands, event, isEditing)) {
+        return true;
+    }
     const guint modifiers = event.state & gtk_accelerator_get_default_mod_mask();
-    const bool control = (modifiers & GDK_CONTROL_MASK) != 0;
-    const bool shift = (modifiers & GDK_SHIFT_MASK) != 0;
-    const guint key = gdk_keyval_to_lower(event.keyval);
-    if (control && (key == GDK_KEY_Tab || key == GDK_KEY_ISO_Left_Tab)) {
-        m_pages->step(shift || key == GDK_KEY_ISO_Left_Tab ? -1 : 1);
-    } else if (control && key == GDK_KEY_w) {
-        m_pages->closeCurrent();
-    } else if (control && key == GDK_KEY_r) {
-        m_pages->reload();
-    } else if (modifiers == GDK_MOD1_MASK && key == GDK_KEY_Left) {
+    const bool isControl = (modifiers & GDK_CONTROL_MASK) != 0;
+    if (isControl && (event.keyval == GDK_KEY_Tab || event.keyval == GDK_KEY_ISO_Left_Tab)) {
+        m_pages->step((modifiers & GDK_SHIFT_MASK) != 0 || event.keyval == GDK_KEY_ISO_Left_Tab ? -1 : 1);
+    } else if (modifiers == GDK_MOD1_MASK && event.keyval == GDK_KEY_Left) {
         m_pages->goBack();
-    } else if (modifiers == GDK_MOD1_MASK && key == GDK_KEY_Right) {
+    } else if (modifiers == GDK_MOD1_MASK && event.keyval == GDK_KEY_Right) {
         m_pages->goForward();
+    } else if (event.keyval == GDK_KEY_Escape && m_overview->isShown()) {
+        m_overview->hide();
     } else {
         return false;
     }

@@ -5,8 +5,13 @@
 #include "BrowserPages.h"
 #include "DeviceDrawing.h"
 #include "DeviceLayout.h"
+#include "DeviceMenu.h"
 #include "DeviceService.h"
 #include "DeviceSettings.h"
+#include "Keyboard.h"
+#include "PageOverview.h"
+#include "PageRequests.h"
+#include "SheetLayer.h"
 
 #include <QString>
 
@@ -22,9 +27,16 @@ namespace corvanta::lab {
 /// the same things live off the screen, so pages go on as if they were seen. Of the main thread.
 class DeviceWindow {
 public:
-    /// `ready` is called once pages can be opened; `shown` with whether the window is on the desktop, at every change.
-    DeviceWindow(const DeviceType& type, const Runtime& runtime, const QString& deviceName, std::function<void()> ready,
-                 std::function<void(bool)> shown);
+    struct Events {
+        /// Once pages can be opened.
+        std::function<void()> ready;
+        /// Whether the window is on the desktop, at every change.
+        std::function<void(bool)> shown;
+        /// A person wants the device dark, or light.
+        std::function<void(bool isDark)> appearanceChosen;
+    };
+
+    DeviceWindow(const DeviceType& type, const Runtime& runtime, const QString& deviceName, Events events);
     DeviceWindow(const DeviceWindow&) = delete;
     DeviceWindow& operator=(const DeviceWindow&) = delete;
     ~DeviceWindow();
@@ -44,34 +56,56 @@ public:
     /// Shows the device as its settings say, and its pages the appearance.
     void apply(const DeviceSettings& settings);
 
+    /// How the device is held.
+    [[nodiscard]] Orientation orientation() const { return m_look.orientation; }
+
+    void setOrientation(Orientation orientation);
+
     /// A picture of the screen as the bytes of a file; empty for a format that cannot be written. The mask is
     /// "ignored", "alpha" or "black"; `scale` is the picture's pixels per CSS pixel, 0 for the model's.
     [[nodiscard]] QByteArray screenshot(const QString& format, const QString& mask, double scale);
 
 private:
+    void makeCommands();
+    void makePages(const Runtime& runtime);
+    void makeLayers();
     void makeWindow();
     void present();
     void moveContentTo(GtkWidget* parent);
     bool handleKey(const GdkEventKey& event);
     void followSize(QSize area);
+    void layOut();
+    void rescale();
+    void raiseCorners();
     void scheduleClock();
+    void showKeyboard(bool isShown);
+    void tellKeyboard();
+    void type(unsigned keyValue);
+    [[nodiscard]] QRect placeOf(const GtkWidget* child) const;
 
     DeviceType m_type;
     QString m_runtimeName;
-    std::function<void(bool)> m_shown;
+    Events m_events;
+    DeviceCommands m_commands;
     GtkWidget* m_hidden = nullptr;
     GtkWidget* m_window = nullptr;
     GtkWidget* m_content = nullptr;
     GtkWidget* m_canvas = nullptr;
     GtkWidget* m_corners = nullptr;
+    GtkWidget* m_menuButton = nullptr;
     std::unique_ptr<BrowserPages> m_pages;
     std::unique_ptr<BrowserBar> m_bar;
+    std::unique_ptr<PageOverview> m_overview;
+    std::unique_ptr<Keyboard> m_keyboard;
+    std::unique_ptr<SheetLayer> m_sheets;
+    std::unique_ptr<PageRequests> m_requests;
     DeviceLayout m_layout;
-    StatusBarContent m_statusBar;
+    DeviceLook m_look;
     QSize m_area;
     std::vector<std::function<void()>> m_waiting;
     unsigned m_clock = 0;
     unsigned m_rescale = 0;
+    unsigned m_raise = 0;
 };
 
 } // namespace corvanta::lab

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ScreenCapture.h"
 
-#include "DeviceDrawing.h"
 #include "GifPicture.h"
 
 #include <gtk/gtk.h>
@@ -69,8 +68,9 @@ void drawLayer(cairo_t* context, const ScreenLayer& layer) {
 } // namespace
 
 QByteArray captureScreen(GtkWidget* canvas, const std::vector<ScreenLayer>& layers, const DeviceType& type,
-                         const DeviceLayout& layout, const CaptureOptions& options) {
-    const QSize size(qRound(type.screen.width() * options.scale), qRound(type.screen.height() * options.scale));
+                         const DeviceLayout& layout, const DeviceLook& look, const CaptureOptions& options) {
+    const QSize held = isLandscape(look.orientation) ? type.screen.transposed() : type.screen;
+    const QSize size(qRound(held.width() * options.scale), qRound(held.height() * options.scale));
     if (size.isEmpty() || size.width() > 8192 || size.height() > 8192) {
         return {};
     }
@@ -88,8 +88,9 @@ QByteArray captureScreen(GtkWidget* canvas, const std::vector<ScreenLayer>& laye
         for (const ScreenLayer& layer : layers) {
             drawLayer(context.get(), layer);
         }
+        drawOverScreen(context.get(), type, layout, look);
         if (options.mask == u"ignored") {
-            drawSquareCorners(context.get(), type, layout);
+            drawSquareCorners(context.get(), type, layout, look);
         }
     }
     const std::unique_ptr<GdkPixbuf, ObjectFreer> picture(

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DeviceLayout.h"
+#include "DeviceDrawing.h"
 
 #include <QByteArray>
 #include <QPoint>
@@ -34,7 +34,7 @@ struct CaptureOptions {
 /// The canvas, which covers the window's area, is drawn at the picture's size; the layers are drawn over it in their
 /// order as they are in the window, and brought to that size.
 [[nodiscard]] QByteArray captureScreen(GtkWidget* canvas, const std::vector<ScreenLayer>& layers,
-                                       const DeviceType& type, const DeviceLayout& layout,
+                                       const DeviceType& type, const DeviceLayout& layout, const DeviceLook& look,
                                        const CaptureOptions& options);
 
 } // namespace corvanta::lab

@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QMap>
 
 #include <glib-unix.h>
 #include <gtk/gtk.h>
@@ -102,7 +103,19 @@ int startAgain(char** argv) {
     return fail("cannot start again");
 }
 
-int run(const DeviceSet& set, const Device& device, HandedTurn& turn, const DeviceType& type, const Runtime& runtime,
+bool setOrientation(DeviceWindow& window, const QString& word) {
+    static const QMap<QString, Orientation> orientations{{u"portrait"_s, Orientation::portrait},
+                                                         {u"landscapeLeft"_s, Orientation::landscapeLeft},
+                                                         {u"landscapeRight"_s, Orientation::landscapeRight}};
+    const auto found = orientations.find(word);
+    if (found == orientations.end()) {
+        return false;
+    }
+    window.setOrientation(*found);
+    return true;
+}
+
+int run(DeviceSet& set, const Device& device, HandedTurn& turn, const DeviceType& type, const Runtime& runtime,
         char** argv) {
     g_set_prgname("com.apple.iphonesimulator");
     g_set_application_name("Simulator");
@@ -116,8 +129,20 @@ int run(const DeviceSet& set, const Device& device, HandedTurn& turn, const Devi
     std::unique_ptr<DeviceWindow> window;
     std::unique_ptr<DeviceService> service;
     window = std::make_unique<DeviceWindow>(
-        type, runtime, device.name, [&] { service->setBooted(); },
-        [&](bool isShown) { service->setWindowShown(isShown); });
+        type, runtime, device.name,
+        DeviceWindow::Events{.ready = [&] { service->setBooted(); },
+                             .shown = [&](bool isShown) { service->setWindowShown(isShown); },
+                             .appearanceChosen =
+                                 [&](bool isDark) {
+                                     try {
+                                         set.changeSettings(device, [&](DeviceSettings& settings) {
+                                             settings.appearance = isDark ? u"dark"_s : u"light"_s;
+                                         });
+                                     } catch (const std::exception& problem) {
+                                         g_printerr("SimulatorDevice: %s\n", problem.what());
+                                     }
+                                     window->apply(set.settings(device));
+                                 }});
     window->apply(set.settings(device));
     if (!isListening(port)) {
         turn.keepForNextProgram();
@@ -138,6 +163,7 @@ int run(const DeviceSet& set, const Device& device, HandedTurn& turn, const Devi
             },
         .screenshot = [&](const QString& format, const QString& mask,
                           double scale) { return window->screenshot(format, mask, scale); },
+        .setOrientation = [&](const QString& word) { return setOrientation(*window, word); },
         .showWindow = [&](WindowFocus focus, std::function<void()> then) { window->show(focus, std::move(then)); },
         .shutdown = [&] { g_main_loop_quit(loop.get()); }};
     service = std::make_unique<DeviceService>(
@@ -168,7 +194,7 @@ int main(int argc, char** argv) {
         return fail("usage: SimulatorDevice UDID");
     }
     try {
-        const DeviceSet set = DeviceSet::open();
+        DeviceSet set = DeviceSet::open();
         const auto device = set.deviceWithId(QString::fromUtf8(argv[1]));
         if (!device) {
             return fail("no device with that identifier");

@@ -11,6 +11,15 @@ namespace corvanta::lab {
 
 namespace {
 
+struct Way {
+    Orientation orientation;
+    ViewportFit fit;
+};
+
+constexpr Way ways[] = {{Orientation::portrait, ViewportFit::automatic},
+                        {Orientation::landscapeLeft, ViewportFit::automatic},
+                        {Orientation::landscapeLeft, ViewportFit::cover}};
+
 /// What the engine reports for a view of that size: quotients in sixty-fourths, rounded down, then cut to whole pixels.
 int reported(int size, double zoom) {
     return static_cast<int>(std::floor(std::floor(float(size) / float(zoom) * 64) / 64));
@@ -38,10 +47,13 @@ std::string describe(const DeviceType& type, QSize size) {
 TEST(DeviceLayout, GivesEveryModelExactlyItsViewportAtEverySize) {
     for (const QSize size : windowSizes()) {
         for (const DeviceType& type : deviceTypes()) {
-            const DeviceLayout layout = DeviceLayout::fit(type, size);
-            EXPECT_EQ(reported(layout.page.width(), layout.zoom), type.viewport.width()) << describe(type, size);
-            EXPECT_EQ(reportedLayout(layout.page.width(), layout.zoom), type.viewport.width()) << describe(type, size);
-            EXPECT_EQ(reported(layout.page.height(), layout.zoom), type.viewport.height()) << describe(type, size);
+            for (const auto& [orientation, fit] : ways) {
+                const QSize viewport = ScreenFigures::of(type, orientation, fit).viewport;
+                const DeviceLayout layout = DeviceLayout::fit(type, size, orientation, fit);
+                EXPECT_EQ(reported(layout.page.width(), layout.zoom), viewport.width()) << describe(type, size);
+                EXPECT_EQ(reportedLayout(layout.page.width(), layout.zoom), viewport.width()) << describe(type, size);
+                EXPECT_EQ(reported(layout.page.height(), layout.zoom), viewport.height()) << describe(type, size);
+            }
         }
     }
 }
@@ -50,15 +62,28 @@ TEST(DeviceLayout, KeepsEverythingInsideTheWindow) {
     for (const QSize size : windowSizes()) {
         const QRectF area(QPointF(0, 0), QSizeF(size));
         for (const DeviceType& type : deviceTypes()) {
-            const DeviceLayout layout = DeviceLayout::fit(type, size);
-            const QRectF screen = layout.screen.adjusted(-1, -1, 1, 1);
-            EXPECT_TRUE(area.contains(layout.body)) << describe(type, size);
-            EXPECT_TRUE(layout.body.contains(layout.screen)) << describe(type, size);
-            EXPECT_TRUE(screen.contains(QRectF(layout.page))) << describe(type, size);
-            EXPECT_TRUE(screen.contains(QRectF(layout.bar))) << describe(type, size);
-            EXPECT_FALSE(layout.page.intersects(layout.bar)) << describe(type, size);
+            for (const auto& [orientation, fit] : ways) {
+                const DeviceLayout layout = DeviceLayout::fit(type, size, orientation, fit);
+                const QRectF screen = layout.screen.adjusted(-1, -1, 1, 1);
+                EXPECT_TRUE(area.contains(layout.body)) << describe(type, size);
+                EXPECT_TRUE(layout.body.contains(layout.screen)) << describe(type, size);
+                EXPECT_TRUE(screen.contains(QRectF(layout.page))) << describe(type, size);
+                EXPECT_TRUE(screen.contains(QRectF(layout.bar))) << describe(type, size);
+                EXPECT_TRUE(screen.contains(QRectF(layout.keyboard))) << describe(type, size);
+                EXPECT_FALSE(layout.page.intersects(layout.bar)) << describe(type, size);
+            }
         }
     }
+}
+
+TEST(Orientation, LeadsFromOneSideToTheOtherThroughUpright) {
+    using enum Orientation;
+    EXPECT_EQ(turnedLeft(portrait), landscapeLeft);
+    EXPECT_EQ(turnedLeft(landscapeLeft), landscapeLeft);
+    EXPECT_EQ(turnedLeft(landscapeRight), portrait);
+    EXPECT_EQ(turnedRight(portrait), landscapeRight);
+    EXPECT_EQ(turnedRight(landscapeRight), landscapeRight);
+    EXPECT_EQ(turnedRight(landscapeLeft), portrait);
 }
 
 } // namespace

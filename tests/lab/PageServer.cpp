@@ -38,6 +38,83 @@ addEventListener('load', () => {
 });
 </script>)html";
 
+/// Reports what a page can know of the device, at once and whenever that may have changed.
+constexpr char measuringPage[] = R"html(<!doctype html><meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1VIEWPORT-FIT"><title>Measure</title><style>
+:root { --top: env(safe-area-inset-top); --right: env(safe-area-inset-right, 1px);
+    --bottom: env(safe-area-inset-bottom); --left: env( safe-area-inset-left ); }
+body { margin: 0; }
+#padded { padding: env(safe-area-inset-top) calc(env(safe-area-inset-right) + 1px) max(3px, env(safe-area-inset-bottom))
+    env(safe-area-inset-left); }
+.large { height: 100lvh; } .small { height: 100svh; }
+</style><div id="padded"></div><div class="large"></div><div class="small"></div><script>
+const matches = (query) => matchMedia(query).matches;
+const root = (name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+// The zoom of the window leaves fractions of a pixel behind.
+const height = (name) => Math.floor(document.querySelector(name).getBoundingClientRect().height + 0.1);
+const whole = (lengths) => lengths.replace(/[0-9.]+/g, (length) => Math.round(length));
+const measure = () => ({
+    inner: innerWidth + 'x' + innerHeight, outer: outerWidth + 'x' + outerHeight,
+    layout: document.documentElement.clientWidth + 'x' + document.documentElement.clientHeight,
+    visual: visualViewport.width + 'x' + visualViewport.height + '@' + visualViewport.scale,
+    screen: screen.width + 'x' + screen.height, available: screen.availWidth + 'x' + screen.availHeight,
+    depth: screen.colorDepth, ratio: devicePixelRatio, orientation: screen.orientation.type,
+    angle: screen.orientation.angle, windowOrientation: orientation,
+    safeArea: ['--top', '--right', '--bottom', '--left'].map(root).join(' '),
+    padding: whole(getComputedStyle(document.querySelector('#padded')).padding),
+    agent: navigator.userAgent, platform: navigator.platform, vendor: navigator.vendor, language: navigator.language,
+    touchPoints: navigator.maxTouchPoints, standalone: navigator.standalone,
+    touchHandlers: 'ontouchstart' in window, touchEvent: typeof TouchEvent, webkitObject: typeof webkit,
+    smallViewport: height('.small'),
+    widthQuery: matches(`(width: ${innerWidth}px)`), heightQuery: matches(`(height: ${innerHeight}px)`),
+    deviceQuery: matches(`(device-width: ${screen.width}px) and (device-height: ${screen.height}px)`),
+    landscape: matches('(orientation: landscape)'), portrait: matches('(orientation: portrait)'),
+    resolution: matches(`(resolution: ${devicePixelRatio}dppx)`),
+    webkitRatio: matches(`(-webkit-device-pixel-ratio: ${devicePixelRatio})`),
+    pointer: ['none', 'coarse', 'fine'].filter((kind) => matches(`(pointer: ${kind})`)).join(),
+    anyPointer: ['coarse', 'fine'].filter((kind) => matches(`(any-pointer: ${kind})`)).join(),
+    hover: matches('(hover: hover)'), anyHover: matches('(any-hover: hover)'),
+    scheme: ['light', 'dark'].filter((scheme) => matches(`(prefers-color-scheme: ${scheme})`)).join(),
+    reducedMotion: matches('(prefers-reduced-motion: reduce)'),
+    moreContrast: matches('(prefers-contrast: more)'),
+    srgb: matches('(color-gamut: srgb)'), p3: matches('(color-gamut: p3)'), highRange: matches('(dynamic-range: high)'),
+    displayMode: matches('(display-mode: browser)'), largerLargeViewport: height('.large') > innerHeight,
+    gestureEvent: typeof GestureEvent, textSizeAdjust: CSS.supports('-webkit-text-size-adjust', 'none'),
+    touchCallout: CSS.supports('-webkit-touch-callout', 'none'), bodyFont: CSS.supports('font', '-apple-system-body'),
+});
+let last = '';
+const report = () => {
+    const now = encodeURIComponent(JSON.stringify({ page: location.pathname.slice(1), ...measure() }));
+    if (now !== last) {
+        last = now;
+        fetch('/report?' + now);
+    }
+};
+report();
+setInterval(report, 50);
+</script>)html";
+
+/// Reports what fingers and the keyboard do to it. A field is 40 to 90 from the top, a button 140 to 190, across the
+/// page.
+constexpr char touchPage[] = R"html(<!doctype html><meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1"><title>Touch</title><style>
+body { margin: 0; height: 3000px; }
+input, button { position: absolute; left: 20px; width: 300px; height: 50px; box-sizing: border-box; }
+</style><input style="top: 40px"><button style="top: 140px">Ask</button><script>
+const field = document.querySelector('input');
+let events = '', answer = 'none';
+const report = () => fetch('/report?' + encodeURIComponent(JSON.stringify({ page: location.pathname.slice(1), events,
+    answer, text: field.value, scrolled: scrollY, visual: visualViewport.height, inner: innerHeight })));
+for (const type of ['touchstart', 'touchend', 'mousedown', 'click']) {
+    addEventListener(type, (event) => {
+        const touches = event.changedTouches;
+        events += type + (touches ? '@' + Math.round(touches[0].clientX) + ',' + Math.round(touches[0].clientY) : '') + ' ';
+    });
+}
+document.querySelector('button').onclick = () => { answer = String(confirm('Really?')); };
+setInterval(report, 50);
+</script>)html";
+
 } // namespace
 
 PageServer::PageServer() {
@@ -58,7 +135,7 @@ void PageServer::serve() {
     while (QTcpSocket* socket = m_server.nextPendingConnection()) {
         QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
-            if (!socket->peek(16384).contains("\r\n\r\n")) {
+            if (!socket->peek(32768).contains("\r\n\r\n")) {
                 return;
             }
             const QByteArray body = answer(socket->readAll().split(' ').value(1));
@@ -70,6 +147,12 @@ void PageServer::serve() {
 }
 
 QByteArray PageServer::answer(const QByteArray& path) {
+    if (path.startsWith("/measure")) {
+        return QByteArray(measuringPage).replace("VIEWPORT-FIT", path.contains("cover") ? ", viewport-fit=cover" : "");
+    }
+    if (path == "/touch") {
+        return touchPage;
+    }
     if (!path.startsWith("/report?")) {
         return page;
     }
