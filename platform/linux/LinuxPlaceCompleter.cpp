@@ -81,7 +81,8 @@ struct LinuxPlaceCompleter::State {
             delegate->completerDidUpdateResults();
     }
 
-    void tellFailure(const QString& description) const {
+    void tellFailure(const QString& description) {
+        hasFailed = true;
         if (delegate != nullptr)
             delegate->completerDidFailWithError(description);
     }
@@ -92,6 +93,7 @@ struct LinuxPlaceCompleter::State {
     PlaceCompleterDelegate* delegate = nullptr;
     PlaceResultTypes types = PlaceResultTypes::addressAndPointOfInterest;
     QString fragment;
+    bool hasFailed = false;
     std::vector<FoundPlace> found;
 };
 
@@ -121,11 +123,13 @@ std::vector<PlaceCompletion> LinuxPlaceCompleter::results() const {
 }
 
 void LinuxPlaceCompleter::setQueryFragment(const QString& fragment) {
-    if (fragment == m_state->fragment)
+    // Who asks again after a failure has stopped showing it.
+    if (fragment == m_state->fragment && !m_state->hasFailed)
         return;
     m_question.cancel();
     m_question = CancellationSource();
     m_state->fragment = fragment;
+    m_state->hasFailed = false;
     m_state->found.clear();
     if (fragment.isEmpty())
         return;

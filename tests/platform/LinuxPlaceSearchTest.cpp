@@ -397,6 +397,23 @@ TEST_F(LinuxPlaceSearchTest, SaysAtOnceWhyNothingCanBeFound) {
     EXPECT_THAT(titles(), IsEmpty());
 }
 
+TEST_F(LinuxPlaceSearchTest, SaysAgainWhyNothingCanBeFound) {
+    search.emplace(u"/nonexistent/places.gazetteer"_s, QUrl(), clock);
+    completer = search->makeCompleter();
+    completer->setDelegate(this);
+    type(u"p"_s);
+    type(u"p"_s);
+    EXPECT_THAT(news, SizeIs(2));
+}
+
+TEST_F(LinuxPlaceSearchTest, DoesNotAnswerTheSameTextTwice) {
+    make(Service::loopback);
+    type(u"par"_s);
+    type(u"par"_s);
+    EXPECT_THAT(news, ElementsAre("3"));
+    EXPECT_EQ(clock.requestedSleeps().size(), 1U);
+}
+
 TEST_F(LinuxPlaceSearchTest, MakesDoWithTheServiceAlone) {
     search.emplace(u"/nonexistent/places.gazetteer"_s, QUrl(server.url(u"/api"_s)), clock);
     completer = search->makeCompleter();
