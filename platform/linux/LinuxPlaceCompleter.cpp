@@ -134,17 +134,18 @@ void LinuxPlaceCompleter::setQueryFragment(const QString& fragment) {
     if (fragment.isEmpty())
         return;
 
-    const auto point = coordinateFromText(fragment);
+    const bool isTooLong = fragment.size() > longestQuestion;
+    const auto point = isTooLong ? std::nullopt : coordinateFromText(fragment);
     if (point)
         m_state->found.push_back(
             {.title = CoordinateFormatter::coordinatePair(*point), .subtitle = u"Coordinate"_s, .coordinate = *point});
-    else if (m_sources.gazetteer != nullptr && includes(m_state->types, PlaceResultTypes::address))
+    else if (!isTooLong && m_sources.gazetteer != nullptr && includes(m_state->types, PlaceResultTypes::address))
         for (const PlaceIndex index : m_sources.gazetteer->search(fragment, mostOffline))
             m_state->found.push_back(foundPlace(m_sources.gazetteer->place(index)));
 
     // Whoever hears of the results may ask for others at once, which ends this question.
     const CancellationToken token = m_question.token();
-    const bool isService = m_sources.service && !point && fragment.size() >= shortestQuestion;
+    const bool isService = m_sources.service && !point && !isTooLong && fragment.size() >= shortestQuestion;
     if (point || m_sources.gazetteer != nullptr)
         m_state->tellResults();
     else if (!isService)

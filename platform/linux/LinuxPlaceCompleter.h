@@ -27,6 +27,8 @@ public:
     static constexpr auto typingPause = std::chrono::milliseconds(250);
     /// A shorter text is not worth a question.
     static constexpr qsizetype shortestQuestion = 3;
+    /// A longer text is not the name of anything, and finds nothing.
+    static constexpr qsizetype longestQuestion = 200;
     static constexpr std::size_t mostOffline = 10;
     static constexpr std::size_t mostOnline = 10;
 

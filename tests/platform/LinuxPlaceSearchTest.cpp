@@ -212,6 +212,17 @@ TEST_F(LinuxPlaceSearchTest, DoesNotAskForVeryShortTexts) {
     EXPECT_THAT(server.requests(), IsEmpty());
 }
 
+TEST_F(LinuxPlaceSearchTest, DoesNotAskForVeryLongTexts) {
+    make(Service::loopback, GazetteerBuilder({{QString(201, u'x'), 1, {1, 1}, {}, u"Somewhere"_s}}).file());
+    type(QString(200, u'x'));
+    EXPECT_THAT(titles(), SizeIs(1));
+    EXPECT_EQ(clock.requestedSleeps().size(), 1U);
+    type(QString(201, u'x'));
+    EXPECT_THAT(titles(), IsEmpty());
+    EXPECT_EQ(clock.requestedSleeps().size(), 1U);
+    EXPECT_THAT(news, ElementsAre("1", "0"));
+}
+
 TEST_F(LinuxPlaceSearchTest, JoinsWhatTheServiceKnowsBelow) {
     make(Service::loopback);
     answerTo(u"paris"_s, {.body = answer({feature("Rue de Paris", "highway", 48.6, 2.5),
