@@ -130,7 +130,7 @@ void LinuxPlaceCompleter::setQueryFragment(const QString& fragment) {
     m_question = CancellationSource();
     m_state->fragment = fragment;
     m_state->hasFailed = false;
-    m_state->found.clear();
+    const bool hadResults = !std::exchange(m_state->found, {}).empty();
     if (fragment.isEmpty())
         return;
 
@@ -146,7 +146,8 @@ void LinuxPlaceCompleter::setQueryFragment(const QString& fragment) {
     // Whoever hears of the results may ask for others at once, which ends this question.
     const CancellationToken token = m_question.token();
     const bool isService = m_sources.service && !point && !isTooLong && fragment.size() >= shortestQuestion;
-    if (point || m_sources.gazetteer != nullptr)
+    const bool isStale = isService && hadResults;
+    if (point || m_sources.gazetteer != nullptr || isStale)
         m_state->tellResults();
     else if (!isService)
         m_state->tellFailure(m_sources.gazetteerProblem);

@@ -436,6 +436,17 @@ TEST_F(LinuxPlaceSearchTest, MakesDoWithTheServiceAlone) {
     EXPECT_THAT(titles(), ElementsAre("Paris"));
 }
 
+TEST_F(LinuxPlaceSearchTest, TakesBackWhatTheServiceKnewOfAnotherText) {
+    make(Service::loopback, {});
+    answerTo(u"paris"_s, {.body = answer({feature("Paris", "place", 48.85, 2.35)})});
+    type(u"paris"_s);
+    clock.advance(250ms);
+    ASSERT_TRUE(waitForNews(1));
+    type(u"parma"_s);
+    EXPECT_THAT(titles(), IsEmpty());
+    EXPECT_THAT(news, ElementsAre("1", "0"));
+}
+
 TEST_F(LinuxPlaceSearchTest, MayGoWhileItAsks) {
     make(Service::loopback);
     answerTo(u"paris"_s, {.status = {}, .ending = WebAnswer::Ending::keepOpen});
