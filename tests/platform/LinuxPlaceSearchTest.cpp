@@ -45,6 +45,10 @@ QByteArray gazetteerBytes() {
         .file();
 }
 
+std::shared_ptr<SharedGazetteer> gazetteerAt(const QString& path) {
+    return std::make_shared<SharedGazetteer>(path);
+}
+
 /// A completer with its delegate, on a gazetteer of few places and a service on loopback.
 class LinuxPlaceSearchTest : public ::testing::Test, protected PlaceCompleterDelegate {
 protected:
@@ -57,7 +61,8 @@ protected:
 
     void make(Service service, const QByteArray& gazetteer = gazetteerBytes()) {
         disk.emplace(gazetteer);
-        search.emplace(disk->path(), service == Service::loopback ? QUrl(server.url(u"/api"_s)) : QUrl(), clock);
+        search.emplace(gazetteerAt(disk->path()), service == Service::loopback ? QUrl(server.url(u"/api"_s)) : QUrl(),
+                       clock);
         completer = search->makeCompleter();
         completer->setDelegate(this);
         completer->setResultTypes(PlaceResultTypes::addressAndPointOfInterest);
@@ -391,7 +396,7 @@ TEST_F(LinuxPlaceSearchTest, DoesNotWaitForAServerThatIsNotThere) {
         gone = QUrl(shortLived.url(u"/api"_s));
     }
     disk.emplace(gazetteerBytes());
-    search.emplace(disk->path(), gone, clock);
+    search.emplace(gazetteerAt(disk->path()), gone, clock);
     completer = search->makeCompleter();
     completer->setDelegate(this);
     type(u"paris"_s);
@@ -401,7 +406,7 @@ TEST_F(LinuxPlaceSearchTest, DoesNotWaitForAServerThatIsNotThere) {
 }
 
 TEST_F(LinuxPlaceSearchTest, SaysAtOnceWhyNothingCanBeFound) {
-    search.emplace(u"/nonexistent/places.gazetteer"_s, QUrl(), clock);
+    search.emplace(gazetteerAt(u"/nonexistent/places.gazetteer"_s), QUrl(), clock);
     completer = search->makeCompleter();
     completer->setDelegate(this);
     type(u"p"_s);
@@ -409,8 +414,16 @@ TEST_F(LinuxPlaceSearchTest, SaysAtOnceWhyNothingCanBeFound) {
     EXPECT_THAT(titles(), IsEmpty());
 }
 
+TEST_F(LinuxPlaceSearchTest, OpensTheGazetteerWithTheFirstText) {
+    make(Service::none);
+    type({});
+    disk.reset();
+    type(u"p"_s);
+    EXPECT_THAT(news, ElementsAre("The list of places could not be read: No such file or directory"));
+}
+
 TEST_F(LinuxPlaceSearchTest, SaysAgainWhyNothingCanBeFound) {
-    search.emplace(u"/nonexistent/places.gazetteer"_s, QUrl(), clock);
+    search.emplace(gazetteerAt(u"/nonexistent/places.gazetteer"_s), QUrl(), clock);
     completer = search->makeCompleter();
     completer->setDelegate(this);
     type(u"p"_s);
@@ -427,7 +440,7 @@ TEST_F(LinuxPlaceSearchTest, DoesNotAnswerTheSameTextTwice) {
 }
 
 TEST_F(LinuxPlaceSearchTest, MakesDoWithTheServiceAlone) {
-    search.emplace(u"/nonexistent/places.gazetteer"_s, QUrl(server.url(u"/api"_s)), clock);
+    search.emplace(gazetteerAt(u"/nonexistent/places.gazetteer"_s), QUrl(server.url(u"/api"_s)), clock);
     completer = search->makeCompleter();
     completer->setDelegate(this);
     answerTo(u"paris"_s, {.body = answer({feature("Paris", "place", 48.85, 2.35)})});
