@@ -22,7 +22,7 @@ PlaceSearchBox::PlaceSearchBox(const SectionContext& context, QWidget* parent)
     , m_tasks(context.tasks)
     , m_completer(context.placeSearch)
     , m_field(new QLineEdit)
-    , m_list(new PlaceList)
+    , m_list(new PlaceList(*m_field))
     , m_error(new TextLabel(TextStyle::secondary)) {
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);

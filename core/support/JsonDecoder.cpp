@@ -105,13 +105,14 @@ std::vector<std::pair<QString, JsonDecoder>> JsonDecoder::members() const {
     return result;
 }
 
-std::vector<JsonDecoder> JsonDecoder::elements() const {
+std::vector<JsonDecoder> JsonDecoder::elements(qsizetype most) const {
     if (!m_value.isArray())
         throw mismatch(u"an array"_s);
     const QJsonArray array = m_value.toArray();
     std::vector<JsonDecoder> result;
-    result.reserve(static_cast<std::size_t>(array.size()));
-    for (qsizetype index = 0; index < array.size(); ++index)
+    const qsizetype count = std::min(array.size(), most);
+    result.reserve(static_cast<std::size_t>(count));
+    for (qsizetype index = 0; index < count; ++index)
         result.emplace_back(array.at(index), u"%1[%2]"_s.arg(m_keyPath).arg(index));
     return result;
 }

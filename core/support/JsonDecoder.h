@@ -10,6 +10,7 @@
 #include <QUuid>
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <utility>
 #include <variant>
@@ -83,8 +84,8 @@ public:
     /// All members of an object in the order of their keys.
     [[nodiscard]] std::vector<std::pair<QString, JsonDecoder>> members() const;
 
-    /// All elements of an array in order.
-    [[nodiscard]] std::vector<JsonDecoder> elements() const;
+    /// The elements of an array in order: all, or only the first ones where there are more than `most`.
+    [[nodiscard]] std::vector<JsonDecoder> elements(qsizetype most = std::numeric_limits<qsizetype>::max()) const;
 
     [[nodiscard]] QString string() const;
     [[nodiscard]] bool boolean() const;

@@ -58,10 +58,9 @@ bool includes(PlaceResultTypes types, PlaceResultTypes kind) {
 
 /// What a question on the network may still find when the completer is gone.
 struct LinuxPlaceCompleter::State {
-    State(std::shared_ptr<PhotonService> asked, Clock& time, QString problem)
+    State(std::shared_ptr<PhotonService> asked, Clock& time)
         : service(std::move(asked))
-        , clock(time)
-        , gazetteerProblem(std::move(problem)) {}
+        , clock(time) {}
 
     void addBelow(const std::vector<PhotonPlace>& places) {
         std::size_t added = 0;
@@ -81,24 +80,26 @@ struct LinuxPlaceCompleter::State {
             delegate->completerDidUpdateResults();
     }
 
-    void tellFailure(const QString& description) const {
+    void tellFailure(const QString& description) {
+        hasFailed = true;
         if (delegate != nullptr)
             delegate->completerDidFailWithError(description);
     }
 
     std::shared_ptr<PhotonService> service;
     Clock& clock;
+    /// Empty where there is a gazetteer.
     QString gazetteerProblem;
     PlaceCompleterDelegate* delegate = nullptr;
     PlaceResultTypes types = PlaceResultTypes::addressAndPointOfInterest;
     QString fragment;
+    bool hasFailed = false;
     std::vector<FoundPlace> found;
 };
 
 LinuxPlaceCompleter::LinuxPlaceCompleter(Sources sources)
     : m_sources(std::move(sources))
-    , m_state(std::make_shared<State>(m_sources.service, m_sources.clock,
-                                      m_sources.gazetteer ? QString() : m_sources.gazetteerProblem)) {}
+    , m_state(std::make_shared<State>(m_sources.service, m_sources.clock)) {}
 
 LinuxPlaceCompleter::~LinuxPlaceCompleter() {
     m_state->delegate = nullptr;
@@ -121,30 +122,36 @@ std::vector<PlaceCompletion> LinuxPlaceCompleter::results() const {
 }
 
 void LinuxPlaceCompleter::setQueryFragment(const QString& fragment) {
-    if (fragment == m_state->fragment)
+    // Who asks again after a failure has stopped showing it.
+    if (fragment == m_state->fragment && !m_state->hasFailed)
         return;
     m_question.cancel();
     m_question = CancellationSource();
     m_state->fragment = fragment;
-    m_state->found.clear();
+    m_state->hasFailed = false;
+    const bool hadResults = !std::exchange(m_state->found, {}).empty();
     if (fragment.isEmpty())
         return;
 
-    const auto point = coordinateFromText(fragment);
+    const Gazetteer* const gazetteer = m_sources.gazetteer->get();
+    m_state->gazetteerProblem = m_sources.gazetteer->problem();
+    const bool isTooLong = fragment.size() > longestQuestion;
+    const auto point = isTooLong ? std::nullopt : coordinateFromText(fragment);
     if (point)
         m_state->found.push_back(
             {.title = CoordinateFormatter::coordinatePair(*point), .subtitle = u"Coordinate"_s, .coordinate = *point});
-    else if (m_sources.gazetteer != nullptr && includes(m_state->types, PlaceResultTypes::address))
-        for (const PlaceIndex index : m_sources.gazetteer->search(fragment, mostOffline))
-            m_state->found.push_back(foundPlace(m_sources.gazetteer->place(index)));
+    else if (!isTooLong && gazetteer != nullptr && includes(m_state->types, PlaceResultTypes::address))
+        for (const PlaceIndex index : gazetteer->search(fragment, mostOffline))
+            m_state->found.push_back(foundPlace(gazetteer->place(index)));
 
     // Whoever hears of the results may ask for others at once, which ends this question.
     const CancellationToken token = m_question.token();
-    const bool isService = m_sources.service && !point && fragment.size() >= shortestQuestion;
-    if (point || m_sources.gazetteer != nullptr)
+    const bool isService = m_sources.service && !point && !isTooLong && fragment.size() >= shortestQuestion;
+    const bool isStale = isService && hadResults;
+    if (point || gazetteer != nullptr || isStale)
         m_state->tellResults();
     else if (!isService)
-        m_state->tellFailure(m_sources.gazetteerProblem);
+        m_state->tellFailure(m_state->gazetteerProblem);
     if (isService && !token.isCancelled())
         m_tasks.start(askService(m_state, fragment, token));
 }

@@ -3,7 +3,7 @@
 
 #include "PhotonService.h"
 #include "PlaceCompleter.h"
-#include "places/Gazetteer.h"
+#include "places/SharedGazetteer.h"
 #include "support/Cancellation.h"
 #include "support/Clock.h"
 #include "support/TaskScope.h"
@@ -27,14 +27,14 @@ public:
     static constexpr auto typingPause = std::chrono::milliseconds(250);
     /// A shorter text is not worth a question.
     static constexpr qsizetype shortestQuestion = 3;
+    /// A longer text is not the name of anything, and finds nothing.
+    static constexpr qsizetype longestQuestion = 200;
     static constexpr std::size_t mostOffline = 10;
     static constexpr std::size_t mostOnline = 10;
 
-    /// What there is to ask. All of it outlives the completer.
+    /// What there is to ask. The clock outlives the completer.
     struct Sources {
-        /// Null when it cannot be used, for which there is a reason then.
-        const Gazetteer* gazetteer;
-        QString gazetteerProblem;
+        std::shared_ptr<SharedGazetteer> gazetteer;
         /// Null for none.
         std::shared_ptr<PhotonService> service;
         Clock& clock;

@@ -4,7 +4,6 @@
 #include "CoordinateText.h"
 #include "FoundPlace.h"
 #include "LinuxPlaceCompleter.h"
-#include "places/GazetteerError.h"
 
 #include <utility>
 
@@ -12,20 +11,11 @@ namespace corvanta {
 
 using namespace Qt::Literals::StringLiterals;
 
-LinuxPlaceSearch::LinuxPlaceSearch(QString gazetteer, const QUrl& service, Clock& clock)
-    : m_path(std::move(gazetteer))
+LinuxPlaceSearch::LinuxPlaceSearch(std::shared_ptr<SharedGazetteer> gazetteer, const QUrl& service, Clock& clock)
+    : m_gazetteer(std::move(gazetteer))
     , m_clock(clock) {
     if (PhotonService::isUsable(service))
         m_service = std::make_shared<PhotonService>(service, clock);
-}
-
-void LinuxPlaceSearch::openGazetteer() {
-    try {
-        m_gazetteer.emplace(m_path);
-        m_problem.clear();
-    } catch (const GazetteerError& error) {
-        m_problem = error.errorDescription();
-    }
 }
 
 QCoro::Task<std::vector<MapItem>> LinuxPlaceSearch::search(PlaceCompletion completion) {
@@ -38,13 +28,8 @@ QCoro::Task<std::vector<MapItem>> LinuxPlaceSearch::search(PlaceCompletion compl
 }
 
 std::unique_ptr<PlaceCompleter> LinuxPlaceSearch::makeCompleter() {
-    if (!m_gazetteer)
-        openGazetteer();
     return std::make_unique<LinuxPlaceCompleter>(
-        LinuxPlaceCompleter::Sources{.gazetteer = m_gazetteer ? &*m_gazetteer : nullptr,
-                                     .gazetteerProblem = m_problem,
-                                     .service = m_service,
-                                     .clock = m_clock});
+        LinuxPlaceCompleter::Sources{.gazetteer = m_gazetteer, .service = m_service, .clock = m_clock});
 }
 
 QUrl placeSearchAddress(const PreferencesStore& preferences) {

@@ -3,35 +3,29 @@
 
 #include "PhotonService.h"
 #include "PlaceSearch.h"
-#include "places/Gazetteer.h"
+#include "places/SharedGazetteer.h"
 #include "support/Clock.h"
 #include "support/PreferencesStore.h"
 
-#include <QString>
 #include <QUrl>
 
 #include <memory>
-#include <optional>
 
 namespace corvanta {
 
 /// Finds places in a gazetteer, by their coordinate where that is what is written, and with a service on the network.
 class LinuxPlaceSearch final : public PlaceSearch {
 public:
-    /// `gazetteer` is the path of the list of places, opened with the first completer; `service` the address of the
-    /// service, unusable for none. The clock outlives this.
-    LinuxPlaceSearch(QString gazetteer, const QUrl& service, Clock& clock);
+    /// `gazetteer` is opened with the first text that is typed; `service` is the address of the service, unusable for
+    /// none. The clock outlives this.
+    LinuxPlaceSearch(std::shared_ptr<SharedGazetteer> gazetteer, const QUrl& service, Clock& clock);
 
     [[nodiscard]] QCoro::Task<std::vector<MapItem>> search(PlaceCompletion completion) override;
     [[nodiscard]] std::unique_ptr<PlaceCompleter> makeCompleter() override;
 
 private:
-    void openGazetteer();
-
-    QString m_path;
+    std::shared_ptr<SharedGazetteer> m_gazetteer;
     Clock& m_clock;
-    std::optional<Gazetteer> m_gazetteer;
-    QString m_problem;
     std::shared_ptr<PhotonService> m_service;
 };
 

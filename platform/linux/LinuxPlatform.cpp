@@ -64,9 +64,10 @@ private:
     LabFolder m_lab;
     SystemClock m_clock;
     SettingsPreferencesStore m_preferences;
-    LinuxPlaceSearch m_placeSearch{dataFile(QStringLiteral("places/places.gazetteer")),
-                                   placeSearchAddress(m_preferences), m_clock};
-    MapData m_mapData;
+    std::shared_ptr<SharedGazetteer> m_gazetteer =
+        std::make_shared<SharedGazetteer>(dataFile(QStringLiteral("places/places.gazetteer")));
+    LinuxPlaceSearch m_placeSearch{m_gazetteer, placeSearchAddress(m_preferences), m_clock};
+    MapData m_mapData{m_gazetteer};
     X11Windows m_windows;
     X11Screens m_screens{m_windows};
     AtspiAccessibilityClient m_accessibility{m_windows, [this] { return m_screens.primaryOrigin(); }};

@@ -15,7 +15,8 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr qsizetype longestText = 120;
-constexpr std::size_t mostPlaces = 50;
+/// Good and bad ones, of which each bad one takes an exception.
+constexpr qsizetype mostFeatures = 50;
 
 /// One line without anything that is not to be seen.
 QString plainLine(const QString& text) {
@@ -36,7 +37,7 @@ QString text(const JsonDecoder& properties, const QString& key) {
 }
 
 std::optional<Coordinate> coordinate(const JsonDecoder& feature) {
-    const auto pair = feature.member(u"geometry"_s).member(u"coordinates"_s).elements();
+    const auto pair = feature.member(u"geometry"_s).member(u"coordinates"_s).elements(2);
     if (pair.size() < 2)
         return std::nullopt;
     const Coordinate found{.latitude = pair[1].number(), .longitude = pair[0].number()};
@@ -81,9 +82,7 @@ std::optional<PhotonPlace> placeOf(const JsonDecoder& feature) {
 
 std::vector<PhotonPlace> photonPlaces(const QByteArray& answer) {
     std::vector<PhotonPlace> places;
-    for (const JsonDecoder& feature : JsonDecoder::parse(answer).member(u"features"_s).elements()) {
-        if (places.size() == mostPlaces)
-            break;
+    for (const JsonDecoder& feature : JsonDecoder::parse(answer).member(u"features"_s).elements(mostFeatures)) {
         try {
             if (auto place = placeOf(feature))
                 places.push_back(*std::move(place));

@@ -63,7 +63,7 @@ private:
     Clock& m_clock;
     /// Made with the first question: it costs time that the start has better uses for.
     std::unique_ptr<QNetworkAccessManager> m_session;
-    Clock::TimePoint m_restsUntil{};
+    Clock::TimePoint m_restsUntil;
     std::deque<std::pair<QString, std::vector<PhotonPlace>>> m_answers;
 };
 

@@ -21,6 +21,22 @@ using ::testing::IsEmpty;
 
 constexpr Coordinate paris{48.85341, 2.3488};
 
+/// Writes down when what it watches is hidden.
+class HidingLog final : public QObject {
+public:
+    explicit HidingLog(testing::CallLog& log)
+        : m_log(log) {}
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Hide)
+            m_log.add(u"hidden"_s);
+        return false;
+    }
+
+private:
+    testing::CallLog& m_log;
+};
+
 class PlaceSearchBoxTest : public WindowSectionTest {
 protected:
     PlaceSearchBox& showBox() {
@@ -47,9 +63,9 @@ protected:
         QApplication::sendEvent(&widget, &press);
     }
 
-    void send(int key) const {
+    void send(int key, const QString& text = {}) const {
         ASSERT_NE(QApplication::focusWidget(), nullptr);
-        send(*QApplication::focusWidget(), key);
+        send(*QApplication::focusWidget(), key, text);
     }
 
     void suggest(const QStringList& titles) const {
@@ -124,11 +140,13 @@ TEST_F(PlaceSearchBoxTest, ChoosesAResultInTheOrderOfItsEffects) {
     placeSearch.found = {{.name = u"Paris"_s, .coordinate = paris}};
     type(u"par"_s);
     suggest({u"Parma"_s, u"Paris"_s});
+    HidingLog hiding(log);
+    shown<PlaceList>(window).front()->installEventFilter(&hiding);
     log.clear();
     shown<ListRow>(window).at(1)->click();
     EXPECT_EQ(field().text(), u"Paris");
     EXPECT_THAT(rows(), IsEmpty());
-    EXPECT_THAT(log.calls(), ElementsAre("query fragment \"Paris\"", "query fragment \"\"", "search Paris"));
+    EXPECT_THAT(log.calls(), ElementsAre("query fragment \"Paris\"", "hidden", "query fragment \"\"", "search Paris"));
     clock.settle();
     EXPECT_EQ(coordinator->selectedCoordinate(), paris);
     EXPECT_EQ(coordinator->selectedLocationName(), u"Paris");
@@ -173,6 +191,29 @@ TEST_F(PlaceSearchBoxTest, IsWorkedByTheKeyboardAlone) {
     send(Qt::Key_Return);
     clock.settle();
     EXPECT_EQ(coordinator->selectedLocationName(), u"Parma");
+    EXPECT_EQ(focusedText(), u"field");
+}
+
+TEST_F(PlaceSearchBoxTest, HasItsResultsBetweenTheFieldAndWhatFollowsIt) {
+    showBox();
+    QPushButton following;
+    window.layout()->addWidget(&following);
+    following.show();
+    type(u"par"_s);
+    suggest({u"Paris"_s});
+    suggest({u"Paris"_s, u"Parma"_s, u"Parana"_s});
+    // What is laid out is shown when the events have run.
+    QApplication::sendPostedEvents();
+    for (const QString& next : {u"Paris"_s, u"Parma"_s, u"Parana"_s}) {
+        send(Qt::Key_Tab, u"\t"_s);
+        EXPECT_EQ(focusedText(), next);
+    }
+    send(Qt::Key_Tab, u"\t"_s);
+    EXPECT_EQ(QApplication::focusWidget(), &following);
+    suggest({u"Paris"_s});
+    send(Qt::Key_Backtab);
+    EXPECT_EQ(focusedText(), u"Paris");
+    send(Qt::Key_Backtab);
     EXPECT_EQ(focusedText(), u"field");
 }
 

@@ -101,6 +101,15 @@ TEST(JsonDecoder, TakesNoTypeForAnother) {
     EXPECT_THROW((void)values[5].elements(), JsonDecodingError);
 }
 
+TEST(JsonDecoder, ReadsTheFirstElementsAlone) {
+    const JsonDecoder list = JsonDecoder::parse("[1, 2, 3]");
+    EXPECT_EQ(list.elements(0).size(), 0U);
+    EXPECT_EQ(list.elements(2).size(), 2U);
+    EXPECT_EQ(list.elements(2).at(1).integer(), 2);
+    EXPECT_EQ(list.elements(4).size(), 3U);
+    EXPECT_THROW((void)JsonDecoder::parse("{}").elements(0), JsonDecodingError);
+}
+
 TEST(JsonDecoder, RefusesIntegersBeyond64Bits) {
     EXPECT_THROW((void)JsonDecoder::parse("[1e30]").elements().at(0).integer(), JsonDecodingError);
     EXPECT_EQ(JsonDecoder::parse("[9223372036854775807]").elements().at(0).integer(), 9223372036854775807);

@@ -92,6 +92,13 @@ TEST(PhotonAnswer, IsNotReadWithoutEnd) {
     EXPECT_EQ(photonPlaces(answer(many)).size(), 50U);
 }
 
+TEST(PhotonAnswer, IsNotReadWithoutEndWhereItMakesNoSense) {
+    const QByteArray good = feature(R"("name":"Good")");
+    EXPECT_EQ(texts(QByteArray("0,").repeated(49) + good), std::vector<std::string>{"Good | "});
+    EXPECT_THAT(texts(QByteArray("0,").repeated(50) + good), IsEmpty());
+    EXPECT_THAT(texts(QByteArray("{},").repeated(50) + good), IsEmpty());
+}
+
 TEST(PhotonAnswer, MayBeEmpty) {
     EXPECT_THAT(photonPlaces(answer("")), IsEmpty());
 }

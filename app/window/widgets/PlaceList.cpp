@@ -22,8 +22,9 @@ constexpr std::size_t rowsInSight = 5;
 
 } // namespace
 
-PlaceList::PlaceList(QWidget* parent)
+PlaceList::PlaceList(QWidget& predecessor, QWidget* parent)
     : QWidget(parent)
+    , m_predecessor(&predecessor)
     , m_content(new QWidget)
     , m_layout(new QVBoxLayout(m_content)) {
     setAccessibleRole(*this, QAccessible::List);
@@ -79,6 +80,8 @@ void PlaceList::showPlaces(const std::vector<PlaceCompletion>& places) {
     while (m_rows.size() < places.size()) {
         m_rows.push_back(makeRow(m_rows.size()));
         m_layout->insertWidget(static_cast<int>(m_rows.size()) - 1, m_rows.back());
+        // A widget that is made later would come behind everything else in the window.
+        setTabOrder(m_rows.size() > 1 ? m_rows[m_rows.size() - 2] : m_predecessor, m_rows.back());
     }
     for (std::size_t index = 0; index < places.size(); ++index)
         m_rows[index]->showTexts(places[index].title, places[index].subtitle);

@@ -19,7 +19,8 @@ class PlaceList final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit PlaceList(QWidget* parent = nullptr);
+    /// Tab goes from `predecessor`, which is in the same window as long as places are shown, to the first place.
+    explicit PlaceList(QWidget& predecessor, QWidget* parent = nullptr);
 
     /// What stays in its place keeps the focus, too.
     void showPlaces(const std::vector<PlaceCompletion>& places);
@@ -44,6 +45,7 @@ private:
     [[nodiscard]] ListRow* makeRow(std::size_t index);
     void removeLastRow();
 
+    QWidget* m_predecessor;
     QWidget* m_content;
     QVBoxLayout* m_layout;
     std::vector<ListRow*> m_rows;

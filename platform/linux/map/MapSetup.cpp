@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "MapSetup.h"
 
-#include "places/GazetteerError.h"
+#include "DataFolder.h"
 #include "support/PreferencesStore.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QStandardPaths>
 
 #include <utility>
@@ -28,12 +27,6 @@ QString tilesURL(const PreferencesStore& preferences) {
 
 } // namespace
 
-QString MapSetup::dataFile(const QString& name) {
-    const QString chosen = qEnvironmentVariable("CORVANTA_DATA_DIR");
-    const QString folder = chosen.isEmpty() ? QCoreApplication::applicationDirPath() + u"/../share/corvanta"_s : chosen;
-    return QDir::cleanPath(QDir(folder).absoluteFilePath(name));
-}
-
 MapTileOptions MapSetup::tileOptions(const PreferencesStore& preferences) {
     MapTileOptions options;
     options.urlTemplate = tilesURL(preferences).trimmed();
@@ -44,15 +37,17 @@ MapTileOptions MapSetup::tileOptions(const PreferencesStore& preferences) {
     return options;
 }
 
+MapData::MapData()
+    : MapData(std::make_shared<SharedGazetteer>(dataFile(u"places/places.gazetteer"_s))) {}
+
+MapData::MapData(std::shared_ptr<SharedGazetteer> gazetteer)
+    : m_gazetteer(std::move(gazetteer)) {}
+
 MapSources MapData::sources(const MapTileOptions& tiles) {
     if (!std::exchange(m_isOpen, true)) {
-        m_baseMap = BaseMap::open(MapSetup::dataFile(u"basemap/world.basemap"_s));
-        try {
-            m_gazetteer = std::make_unique<Gazetteer>(MapSetup::dataFile(u"places/places.gazetteer"_s));
-            m_labels = std::make_unique<GazetteerLabels>(*m_gazetteer);
-        } catch (const GazetteerError&) {
-            m_gazetteer.reset();
-        }
+        m_baseMap = BaseMap::open(dataFile(u"basemap/world.basemap"_s));
+        if (const Gazetteer* const gazetteer = m_gazetteer->get())
+            m_labels = std::make_unique<GazetteerLabels>(*gazetteer);
     }
     return {.baseMap = m_baseMap.get(), .labels = m_labels.get(), .tiles = tiles};
 }

@@ -5,7 +5,7 @@
 #include "MapTileOptions.h"
 #include "MapView.h"
 #include "map/BaseMap.h"
-#include "places/Gazetteer.h"
+#include "places/SharedGazetteer.h"
 
 #include <QString>
 
@@ -18,9 +18,6 @@ class PreferencesStore;
 /// Where this build and this installation find what the map needs.
 namespace MapSetup {
 
-/// A file of data beside the program, in the build tree as well as installed. It need not be there.
-[[nodiscard]] QString dataFile(const QString& name);
-
 /// The tiles that the environment names in CORVANTA_MAP_TILES_URL, or else the preference "mapTilesURL", or else the
 /// build; an empty text in any of them stands for no tiles.
 [[nodiscard]] MapTileOptions tileOptions(const PreferencesStore& preferences);
@@ -31,12 +28,16 @@ namespace MapSetup {
 /// less to show then.
 class MapData {
 public:
+    /// With a gazetteer of their own.
+    MapData();
+    explicit MapData(std::shared_ptr<SharedGazetteer> gazetteer);
+
     [[nodiscard]] MapSources sources(const MapTileOptions& tiles);
 
 private:
     bool m_isOpen = false;
     std::unique_ptr<BaseMap> m_baseMap;
-    std::unique_ptr<Gazetteer> m_gazetteer;
+    std::shared_ptr<SharedGazetteer> m_gazetteer;
     std::unique_ptr<GazetteerLabels> m_labels;
 };
 
