@@ -3,10 +3,12 @@
 
 #include "MapText.h"
 #include "TaskWaiting.h"
+#include "WebServer.h"
 #include "WidgetMapSurface.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QBuffer>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
@@ -22,6 +24,7 @@
 namespace corvanta {
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -362,6 +365,80 @@ TEST_F(MapViewTest, KeepsItsMiddleWhenItsSizeChanges) {
     map().resize(600, 250);
     EXPECT_NEAR(surface.coordinateAt({300, 125}).latitude, barcelona.latitude, 1e-9);
     EXPECT_NEAR(surface.coordinateAt({300, 125}).longitude, barcelona.longitude, 1e-9);
+}
+
+/// A map whose tiles come from a server of this test.
+class TiledMapViewTest : public ::testing::Test {
+protected:
+    TiledMapViewTest() {
+        MapSources sources;
+        sources.tiles.urlTemplate = server.url(u"/{z}/{x}/{y}.png"_s);
+        sources.tiles.userAgent = u"Corvanta/1.2 (test)"_s;
+        sources.tiles.firstPause = 10min;
+        sources.tiles.longestPause = 10min;
+        map = new MapView(sources, &window);
+        map->setFeatures(all);
+        map->resize(size);
+        window.resize(size);
+        map->setCamera({Mercator::project(barcelona), 9, 0, 0}, MapMotion::immediate);
+    }
+
+    /// Where the map is, or will be after its flight.
+    [[nodiscard]] std::vector<ShownMapTile> tilesInSight() const {
+        const int zoom = MapTiles::zoomFor(map->destination(), map->devicePixelRatioF(), 19);
+        return MapTiles::visible({map->destination(), {1.0 * map->width(), 1.0 * map->height()}}, zoom, 80);
+    }
+
+    void serve(const MapTile& tile) {
+        QImage image(256, 256, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        testing::WebAnswer answer;
+        answer.headers = "Content-Type: image/png\r\n";
+        QBuffer buffer(&answer.body);
+        buffer.open(QIODevice::WriteOnly);
+        image.save(&buffer, "PNG");
+        server.answer(u"/%1/%2/%3.png"_s.arg(tile.zoom).arg(tile.column).arg(tile.row), answer);
+    }
+
+    /// Every tile in sight is there.
+    [[nodiscard]] bool isFilled() const {
+        return testing::waitUntil([this] {
+            return std::ranges::all_of(tilesInSight(), [this](const ShownMapTile& one) {
+                return map->tiles().picture(one.tile).image != nullptr;
+            });
+        });
+    }
+
+    testing::WebServer server{testing::WebServer::Scheme::http};
+    QWidget window;
+    MapView* map = nullptr;
+};
+
+TEST_F(TiledMapViewTest, AsksForNothingThatItOnlyFliesOver) {
+    for (const ShownMapTile& one : tilesInSight())
+        serve(one.tile);
+    window.show();
+    ASSERT_TRUE(isFilled());
+    const auto before = server.requests().size();
+    map->setCamera({Mercator::project({48.85, 2.35}), 9, 0, 0}, MapMotion::animated);
+    ASSERT_NE(map->camera(), map->destination());
+    for (const ShownMapTile& one : tilesInSight())
+        serve(one.tile);
+    int frames = 0;
+    ASSERT_TRUE(testing::waitUntil([&] {
+        map->grab();
+        ++frames;
+        if (map->camera() != map->destination())
+            EXPECT_EQ(server.requests().size(), before);
+        return map->camera() == map->destination();
+    }));
+    EXPECT_GT(frames, 5);
+    EXPECT_TRUE(isFilled());
+}
+
+TEST_F(TiledMapViewTest, AsksForNothingWhileNobodySeesIt) {
+    map->grab();
+    EXPECT_FALSE(testing::waitUntil([this] { return !server.requests().isEmpty(); }, 200ms));
 }
 
 TEST(WidgetMapSurface, MayOutliveItsWidget) {

@@ -141,6 +141,11 @@ void MapTileStore::show(const std::vector<MapTile>& tiles) {
     requestNext();
 }
 
+void MapTileStore::pause() {
+    m_wanted.clear();
+    m_retry.stop();
+}
+
 void MapTileStore::setDark(bool isDark) {
     if (std::exchange(m_isDark, isDark) == isDark)
         return;

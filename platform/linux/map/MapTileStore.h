@@ -58,6 +58,10 @@ public:
     /// What is seen from now on, the most wanted first. What else was asked for is not waited for any more.
     void show(const std::vector<MapTile>& tiles);
 
+    /// Asks for nothing more until the next `show`: the map moves by itself, or nobody sees it. What was asked for may
+    /// still arrive.
+    void pause();
+
     void setDark(bool isDark);
 
     struct Picture {

@@ -329,7 +329,13 @@ void MapView::paintTiles(QPainter& painter, const MapProjection& now) {
         if (picture.image != nullptr)
             draw(picture, part);
     }
-    m_tiles.show(wanted);
+    // Whatever a flight passes over would be out of sight again before it came.
+    if (m_flight || m_inertia || !isVisible())
+        m_tiles.pause();
+    else
+        m_tiles.show(wanted);
+    if (m_tiles.isFading() && !m_frames.isActive())
+        m_frames.start();
     if (std::exchange(m_showsTiles, isAnyShown) != isAnyShown)
         QMetaObject::invokeMethod(this, &MapView::placeControls, Qt::QueuedConnection);
 }
@@ -421,6 +427,10 @@ void MapView::resizeEvent(QResizeEvent*) {
     else
         moveTo(MapCameras::bounded(destination(), viewport()));
     placeControls();
+}
+
+void MapView::hideEvent(QHideEvent*) {
+    m_tiles.pause();
 }
 
 void MapView::changeEvent(QEvent* event) {
