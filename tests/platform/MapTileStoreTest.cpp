@@ -275,6 +275,63 @@ TEST_F(MapTileStoreTest, UsesWhatItHasKeptWhenThereIsNoNetwork) {
     EXPECT_TRUE(arrives(first));
 }
 
+TEST_F(MapTileStoreTest, ShowsAllThatItHasKeptHoweverManyOthersFailBefore) {
+    const QTemporaryDir folder;
+    options.cacheFolder = folder.path();
+    auto other = std::make_unique<WebServer>(WebServer::Scheme::http);
+    options.urlTemplate = other->url(u"/{z}/{x}/{y}.png"_s);
+    const std::vector<MapTile> kept{{3, 5, 5}, {3, 6, 5}, {3, 7, 5}};
+    for (const MapTile& tile : kept)
+        other->answer(pathOf(tile),
+                      answerWith(picture(Qt::red), "Content-Type: image/png\r\nCache-Control: max-age=0\r\n"
+                                                   "ETag: \"one\"\r\n"));
+    make();
+    store->show(kept);
+    for (const MapTile& tile : kept)
+        ASSERT_TRUE(arrives(tile));
+    other.reset();
+    options.firstPause = 10min;
+    options.longestPause = 10min;
+    make();
+    std::vector<MapTile> wanted{{3, 0, 5}, {3, 1, 5}, {3, 2, 5}, {3, 3, 5}};
+    wanted.insert(wanted.end(), kept.begin(), kept.end());
+    store->show(wanted);
+    for (const MapTile& tile : kept)
+        EXPECT_TRUE(testing::waitUntil([&] { return has(tile); }, 2s));
+    EXPECT_FALSE(has(wanted.front()));
+}
+
+TEST_F(MapTileStoreTest, LeavesAFailingServerAloneWhateverIsStillOnDisk) {
+    const QTemporaryDir folder;
+    options.cacheFolder = folder.path();
+    options.mostRequests = 1;
+    options.firstPause = 10min;
+    options.longestPause = 10min;
+    WebAnswer broken;
+    broken.status = "503 Service Unavailable";
+    std::vector<MapTile> kept;
+    std::vector<MapTile> mixed;
+    for (int column = 0; column < 5; ++column) {
+        mixed.push_back({3, column, 0});
+        server.answer(pathOf(mixed.back()), broken);
+        kept.push_back({3, column, 1});
+        mixed.push_back(kept.back());
+        server.answer(pathOf(kept.back()),
+                      answerWith(picture(Qt::red), "Content-Type: image/png\r\nCache-Control: max-age=3600\r\n"));
+    }
+    make();
+    store->show(kept);
+    for (const MapTile& tile : kept)
+        ASSERT_TRUE(arrives(tile));
+    make();
+    const auto before = server.requests().size();
+    store->show(mixed);
+    ASSERT_TRUE(testing::waitUntil([&] { return server.requests().size() == before + 3; }));
+    EXPECT_FALSE(testing::waitUntil([&] { return server.requests().size() > before + 3; }, 300ms));
+    for (const MapTile& tile : kept)
+        EXPECT_TRUE(has(tile));
+}
+
 TEST_F(MapTileStoreTest, TurnsTheLightnessOfPicturesRoundInTheDark) {
     const QImage paper = MapTileDecoder::decode(picture(QColor(u"#f2efe9"_s)), 1024, true);
     EXPECT_LT(paper.pixelColor(3, 3).lightness(), 70);
