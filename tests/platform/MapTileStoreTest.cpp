@@ -6,6 +6,8 @@
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QImageReader>
+#include <QImageWriter>
 #include <QPainter>
 #include <QTemporaryDir>
 
@@ -24,13 +26,13 @@ namespace {
 using testing::WebAnswer;
 using testing::WebServer;
 
-QByteArray picture(const QColor& colour, QSize size = {256, 256}) {
+QByteArray picture(const QColor& colour, QSize size = {256, 256}, const char* format = "PNG") {
     QImage image(size, QImage::Format_RGB32);
     image.fill(colour);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
+    image.save(&buffer, format);
     return bytes;
 }
 
@@ -221,6 +223,24 @@ TEST_F(MapTileStoreTest, LivesWithWhatIsNoPicture) {
     EXPECT_FALSE(has(second));
     server.answer(pathOf(second), answerWith(picture(Qt::green)));
     EXPECT_TRUE(arrives(second));
+}
+
+TEST_F(MapTileStoreTest, TakesPicturesOfTheUsualFormatsAlone) {
+    for (const char* const format : {"PNG", "JPEG"})
+        EXPECT_EQ(MapTileDecoder::decode(picture(Qt::red, {8, 8}, format), 1024, false).size(), QSize(8, 8)) << format;
+    if (QImageReader::supportedImageFormats().contains("webp") &&
+        QImageWriter::supportedImageFormats().contains("webp")) {
+        EXPECT_EQ(MapTileDecoder::decode(picture(Qt::red, {8, 8}, "WEBP"), 1024, false).size(), QSize(8, 8));
+    }
+    for (const char* const format : {"BMP", "PPM", "XPM"}) {
+        const QByteArray bytes = picture(Qt::red, {8, 8}, format);
+        ASSERT_FALSE(bytes.isEmpty()) << format;
+        EXPECT_TRUE(MapTileDecoder::decode(bytes, 1024, false).isNull()) << format;
+    }
+    EXPECT_TRUE(MapTileDecoder::decode("<svg xmlns='http://www.w3.org/2000/svg' width='256' height='256'>"
+                                       "<rect width='256' height='256' fill='red'/></svg>",
+                                       1024, false)
+                    .isNull());
 }
 
 TEST_F(MapTileStoreTest, TakesNoPictureThatIsTooLarge) {

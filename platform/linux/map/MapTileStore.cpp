@@ -44,6 +44,18 @@ QRgb darkened(QRgb pixel) {
     return qRgba(soft(turnedRed), soft(turnedGreen), soft(turnedBlue), qAlpha(pixel));
 }
 
+/// The format that the first bytes tell of, of those that tile servers send; none of all the others that could be
+/// read, so that no server chooses which decoder its bytes go to.
+QByteArray formatOf(const QByteArray& bytes) {
+    if (bytes.startsWith("\x89PNG\r\n\x1a\n"))
+        return "png";
+    if (bytes.startsWith("\xff\xd8\xff"))
+        return "jpeg";
+    if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP")
+        return "webp";
+    return {};
+}
+
 bool contains(const std::vector<MapTile>& tiles, const MapTile& tile) {
     return std::ranges::find(tiles, tile) != tiles.end();
 }
@@ -66,9 +78,13 @@ QString MapTileOptions::attribution() const {
 }
 
 QImage MapTileDecoder::decode(const QByteArray& bytes, int mostPixels, bool isDark) {
+    const QByteArray format = formatOf(bytes);
+    if (format.isEmpty())
+        return {};
     QBuffer buffer;
     buffer.setData(bytes);
-    QImageReader reader(&buffer);
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();
     if (size.isEmpty() || size.width() > mostPixels || size.height() > mostPixels)
         return {};
