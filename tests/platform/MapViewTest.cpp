@@ -226,6 +226,34 @@ TEST_F(MapViewTest, LeavesTheWheelToTheWindowUnlessItIsMeant) {
     EXPECT_EQ(map().destination(), before);
 }
 
+TEST_F(MapViewTest, LeavesTheWheelToTheWindowAgainAfterAClick) {
+    QApplication::setActiveWindow(&window);
+    map().setFocus(Qt::MouseFocusReason);
+    ASSERT_TRUE(map().hasFocus());
+    click(middle);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&map(), &leave);
+    EXPECT_FALSE(turnWheel(middle, 120));
+}
+
+TEST_F(MapViewTest, TakesTheWheelOfWhoeverCameByKeyboard) {
+    QApplication::setActiveWindow(&window);
+    map().clearFocus();
+    map().setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(map().hasFocus());
+    EXPECT_TRUE(turnWheel(middle, 120));
+}
+
+TEST_F(MapViewTest, LeavesTheWheelToTheWindowThatMovesItBeneathThePointer) {
+    map().clearFocus();
+    const QPointF still = map().mapToGlobal(middle);
+    for (const QPointF& point : {middle, middle + QPointF(0, 60)}) {
+        QMouseEvent event(QEvent::MouseMove, point, still, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&map(), &event);
+    }
+    EXPECT_FALSE(turnWheel(middle, 120));
+}
+
 TEST_F(MapViewTest, TakesTheWheelOfAPointerThatWasMovedOnIt) {
     map().clearFocus();
     mouse(QEvent::MouseMove, {50, 50}, Qt::NoButton);

@@ -542,7 +542,7 @@ void MapView::mousePressEvent(QMouseEvent* event) {
 
 void MapView::mouseMoveEvent(QMouseEvent* event) {
     const QPointF point = event->position();
-    m_wheel.pointerMoved(point);
+    m_wheel.pointerMoved(event->globalPosition());
     const QPointF way = point - m_pressPoint;
     if (m_drag == Drag::pressed && std::hypot(way.x(), way.y()) >= clickSlack) {
         m_drag = Drag::moving;
@@ -597,7 +597,9 @@ void MapView::mouseDoubleClickEvent(QMouseEvent* event) {
 void MapView::wheelEvent(QWheelEvent* event) {
     const bool isModified = event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier);
     const std::chrono::milliseconds now(m_inputClock.elapsed());
-    if (!m_features.isZoomEnabled || !m_wheel.takes(now, isModified, hasFocus())) {
+    // A click leaves the focus here, long after the pointer has gone elsewhere; the keyboard is what counts.
+    const bool hasKeyboard = hasFocus() && m_showsCrosshair;
+    if (!m_features.isZoomEnabled || !m_wheel.takes(now, isModified, hasKeyboard)) {
         event->ignore();
         return;
     }
