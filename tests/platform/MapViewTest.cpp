@@ -398,12 +398,15 @@ TEST_F(MapViewTest, KeepsItsMiddleWhenItsSizeChanges) {
 /// A map whose tiles come from a server of this test.
 class TiledMapViewTest : public ::testing::Test {
 protected:
-    TiledMapViewTest() {
+    TiledMapViewTest() { make(10min); }
+
+    void make(std::chrono::milliseconds pause) {
+        delete map;
         MapSources sources;
         sources.tiles.urlTemplate = server.url(u"/{z}/{x}/{y}.png"_s);
         sources.tiles.userAgent = u"Corvanta/1.2 (test)"_s;
-        sources.tiles.firstPause = 10min;
-        sources.tiles.longestPause = 10min;
+        sources.tiles.firstPause = pause;
+        sources.tiles.longestPause = pause;
         map = new MapView(sources, &window);
         map->setFeatures(all);
         map->resize(size);
@@ -417,9 +420,14 @@ protected:
         return MapTiles::visible({map->destination(), {1.0 * map->width(), 1.0 * map->height()}}, zoom, 80);
     }
 
+    /// Another colour than its neighbours have.
+    [[nodiscard]] static QColor colourOf(const MapTile& tile) {
+        return QColor::fromHsv((tile.column * 77 + tile.row * 131) % 360, 200, 220);
+    }
+
     void serve(const MapTile& tile) {
         QImage image(256, 256, QImage::Format_RGB32);
-        image.fill(Qt::red);
+        image.fill(colourOf(tile));
         testing::WebAnswer answer;
         answer.headers = "Content-Type: image/png\r\n";
         QBuffer buffer(&answer.body);
@@ -464,9 +472,65 @@ TEST_F(TiledMapViewTest, AsksForNothingThatItOnlyFliesOver) {
     EXPECT_TRUE(isFilled());
 }
 
+TEST_F(TiledMapViewTest, ShowsTiltedTilesInTheirPlaces) {
+    map->setFeatures({});
+    map->tiles().setFades(false);
+    window.show();
+    const WorldPoint around = Mercator::project(barcelona);
+    const double tileWidth = std::exp2(-9);
+    int cornersBehind = 0;
+    for (const double bearing : {180.0, 45.0, 0.0}) {
+        for (int tenth = 0; tenth < 10; ++tenth) {
+            const double part = tenth / 10.0;
+            map->setCamera({{around.x + 0.3 * part * tileWidth, around.y + part * tileWidth}, 9.45, bearing, 60},
+                           MapMotion::immediate);
+            for (const ShownMapTile& one : tilesInSight())
+                serve(one.tile);
+            ASSERT_TRUE(isFilled());
+            const QImage image = map->grab().toImage();
+            int compared = 0;
+            int wrong = 0;
+            for (int y = 9; y < size.height(); y += 10) {
+                for (int x = 10; x < (y < 220 ? 420 : 250); x += 10) {
+                    const WorldPoint place = map->projection().placeAt(QPointF(x + 0.5, y + 0.5));
+                    const double column = place.x / tileWidth;
+                    const double row = place.y / tileWidth;
+                    const auto isInside = [](double value) { return std::abs(value - std::round(value)) > 0.03; };
+                    if (!isInside(column) || !isInside(row))
+                        continue;
+                    ++compared;
+                    wrong += image.pixel(x, y) != colourOf({9, static_cast<int>(column), static_cast<int>(row)}).rgb();
+                }
+            }
+            EXPECT_GT(compared, 200);
+            if (std::ranges::any_of(tilesInSight(), [this](const ShownMapTile& one) {
+                    const MapProjection now = map->projection();
+                    return !now.isBeforeCamera(now.groundUnwrapped(MapTiles::corner(one)));
+                }))
+                ++cornersBehind;
+            EXPECT_EQ(wrong, 0) << "of " << compared << ", turned by " << bearing << ", at " << part;
+        }
+    }
+    EXPECT_GT(cornersBehind, 0);
+}
+
 TEST_F(TiledMapViewTest, AsksForNothingWhileNobodySeesIt) {
     map->grab();
     EXPECT_FALSE(testing::waitUntil([this] { return !server.requests().isEmpty(); }, 200ms));
+}
+
+TEST_F(TiledMapViewTest, DoesNotTryAgainWhileNobodySeesIt) {
+    make(30ms);
+    window.show();
+    ASSERT_TRUE(testing::waitUntil([this] { return server.requests().size() >= 4; }));
+    window.hide();
+    // What was on its way may still come.
+    const auto before = server.requests().size() + 2;
+    EXPECT_FALSE(testing::waitUntil([&] { return server.requests().size() > before; }, 300ms));
+    for (const ShownMapTile& one : tilesInSight())
+        serve(one.tile);
+    window.show();
+    EXPECT_TRUE(isFilled());
 }
 
 TEST(WidgetMapSurface, MayOutliveItsWidget) {

@@ -19,6 +19,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <utility>
@@ -46,6 +47,43 @@ constexpr MapFlight::Duration quick{0.22};
 
 MapScale::Units unitsOf(const QLocale& locale) {
     return locale.measurementSystem() == QLocale::MetricSystem ? MapScale::Units::metric : MapScale::Units::imperial;
+}
+
+/// Draws a part of a picture, from 0 to 1, onto a part of the world. Of what reaches behind the camera, where it would
+/// be turned inside out, only what lies before it.
+void paintTile(QPainter& painter, const MapProjection& now, const QImage& image, const QRectF& source,
+               const QRectF& place, int halvings = 5) {
+    std::array<QPointF, 4> corners{place.topLeft(), place.topRight(), place.bottomRight(), place.bottomLeft()};
+    for (QPointF& corner : corners)
+        corner = now.groundUnwrapped({corner.x(), corner.y()});
+    const auto isBefore = [&now](const QPointF& ground) { return now.isBeforeCamera(ground); };
+    if (!std::ranges::all_of(corners, isBefore)) {
+        if (halvings == 0 || std::ranges::none_of(corners, isBefore))
+            return;
+        for (const QPointF& half : {QPointF(0, 0), QPointF(0.5, 0), QPointF(0, 0.5), QPointF(0.5, 0.5)}) {
+            const auto quarter = [&half](const QRectF& all) {
+                return QRectF(all.x() + half.x() * all.width(), all.y() + half.y() * all.height(), all.width() / 2,
+                              all.height() / 2);
+            };
+            paintTile(painter, now, image, quarter(source), quarter(place), halvings - 1);
+        }
+        return;
+    }
+    const QSizeF size = image.size();
+    const QRectF pixels(source.x() * size.width(), source.y() * size.height(), source.width() * size.width(),
+                        source.height() * size.height());
+    QPolygonF shown;
+    for (const QPointF& corner : corners)
+        shown.append(now.shown(corner));
+    QTransform transform;
+    if (!QTransform::quadToQuad(
+            QPolygonF{pixels.topLeft(), pixels.topRight(), pixels.bottomRight(), pixels.bottomLeft()}, shown,
+            transform))
+        return;
+    painter.save();
+    painter.setTransform(transform, true);
+    painter.drawImage(pixels, image, pixels);
+    painter.restore();
 }
 
 } // namespace
@@ -294,24 +332,11 @@ void MapView::paintTiles(QPainter& painter, const MapProjection& now) {
         MapTileStore::Picture picture = m_tiles.picture(one.tile);
         // Until it is there, or quite opaque, an earlier zoom's picture of the same land stands in.
         const auto draw = [&](const MapTileStore::Picture& drawn, const QRectF& source) {
-            const double side = std::exp2(-one.tile.zoom);
-            const WorldPoint corner = MapTiles::corner(one);
-            const auto at = [&](double right, double down) {
-                return now.shown(now.groundUnwrapped({corner.x + right * side, corner.y + down * side}));
-            };
-            const QSizeF size = drawn.image->size();
-            const QRectF pixels(source.x() * size.width(), source.y() * size.height(), source.width() * size.width(),
-                                source.height() * size.height());
-            QTransform transform;
-            if (!QTransform::quadToQuad(
-                    QPolygonF{pixels.topLeft(), pixels.topRight(), pixels.bottomRight(), pixels.bottomLeft()},
-                    QPolygonF{at(0, 0), at(1, 0), at(1, 1), at(0, 1)}, transform))
-                return;
-            painter.save();
-            painter.setTransform(transform, true);
             painter.setOpacity(drawn.opacity);
-            painter.drawImage(pixels, *drawn.image, pixels);
-            painter.restore();
+            paintTile(painter, now, *drawn.image, source,
+                      {QPointF(MapTiles::corner(one).x, MapTiles::corner(one).y),
+                       QSizeF(std::exp2(-one.tile.zoom), std::exp2(-one.tile.zoom))});
+            painter.setOpacity(1);
             isAnyShown = true;
         };
         if (picture.image == nullptr || picture.opacity < 1) {
