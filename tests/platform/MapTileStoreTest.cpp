@@ -264,6 +264,53 @@ TEST_F(MapTileStoreTest, TakesNoMoreBytesThanATileHas) {
     EXPECT_FALSE(has(first));
 }
 
+TEST_F(MapTileStoreTest, GivesUpOnAnAnswerThatTakesTooLongAltogether) {
+    WebAnswer slow = answerWith(picture(Qt::blue));
+    slow.promisedLength = slow.body.size();
+    slow.body = slow.body.first(20);
+    slow.ending = WebAnswer::Ending::keepOpen;
+    server.answer(pathOf(first), slow);
+    options.deadline = 100ms;
+    make();
+    store->show({first});
+    EXPECT_TRUE(testing::waitUntil([&] { return server.requests().size() == 2; }, 5s));
+}
+
+TEST_F(MapTileStoreTest, TakesNoCookies) {
+    server.answer(pathOf(first),
+                  answerWith(picture(Qt::red), "Content-Type: image/png\r\nSet-Cookie: who=you; Path=/\r\n"));
+    server.answer(pathOf(second), answerWith(picture(Qt::green)));
+    make();
+    store->show({first});
+    ASSERT_TRUE(arrives(first));
+    store->show({second});
+    ASSERT_TRUE(arrives(second));
+    EXPECT_FALSE(server.requests().back().toLower().contains("\r\ncookie:"));
+}
+
+TEST_F(MapTileStoreTest, KeepsAsMuchOutOfSightAsThereIsRoomForAndAllThatIsSeen) {
+    std::vector<MapTile> early;
+    std::vector<MapTile> late;
+    for (int column = 0; column < 4; ++column) {
+        early.push_back({3, column, 0});
+        late.push_back({3, column, 1});
+        server.answer(pathOf(early.back()), answerWith(picture(Qt::red)));
+        server.answer(pathOf(late.back()), answerWith(picture(Qt::green)));
+    }
+    constexpr qint64 one = 256 * 256 * 4;
+    options.mostKeptBytes = 3 * one;
+    make();
+    for (const auto* const shown : {&early, &late}) {
+        store->show(*shown);
+        for (const MapTile& tile : *shown)
+            ASSERT_TRUE(arrives(tile));
+        for (const MapTile& tile : *shown)
+            EXPECT_TRUE(has(tile));
+    }
+    for (const MapTile& tile : early)
+        EXPECT_FALSE(has(tile));
+}
+
 TEST_F(MapTileStoreTest, KeepsAnswersAsLongAsTheServerAllows) {
     const QTemporaryDir folder;
     options.cacheFolder = folder.path();

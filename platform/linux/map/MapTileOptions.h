@@ -20,7 +20,11 @@ struct MapTileOptions {
     int mostRequests = 2;
     qint64 mostBytes = 1 << 20;
     int mostPixels = 1024;
+    /// How much memory the pictures may take that are out of sight.
+    qint64 mostKeptBytes = 48 << 20;
+    /// How long nothing may come of an answer, and how long all of it may take.
     std::chrono::milliseconds timeout = std::chrono::seconds(15);
+    std::chrono::milliseconds deadline = std::chrono::seconds(45);
     /// The pause after a failure; each further one doubles it.
     std::chrono::milliseconds firstPause = std::chrono::seconds(4);
     std::chrono::milliseconds longestPause = std::chrono::minutes(5);

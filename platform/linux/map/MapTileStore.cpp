@@ -19,7 +19,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr qint64 fadeTime = 220;
-constexpr std::size_t mostKept = 160;
 /// A server that failed so often in a row is left alone altogether for a while.
 constexpr int patience = 3;
 
@@ -172,6 +171,7 @@ void MapTileStore::setDark(bool isDark) {
     if (std::exchange(m_isDark, isDark) == isDark)
         return;
     m_kept.clear();
+    m_keptBytes = 0;
     m_decoding.clear();
     m_lookedUp.clear();
     // The answers are still on disk otherwise.
@@ -241,6 +241,10 @@ void MapTileStore::lookUp(const MapTile& tile) {
 QNetworkRequest MapTileStore::requestFor(const MapTile& tile) const {
     QNetworkRequest request(urlFor(m_options.urlTemplate, tile));
     request.setHeader(QNetworkRequest::UserAgentHeader, m_options.userAgent);
+    // Nobody needs to be recognised for a map.
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     return request;
 }
 
@@ -252,6 +256,8 @@ void MapTileStore::request(const MapTile& tile) {
     request.setTransferTimeout(static_cast<int>(m_options.timeout.count()));
     QNetworkReply* const reply = m_network.get(request);
     m_requests[tile] = {reply};
+    // A server that sends a byte now and then keeps the other limit from ever being reached.
+    QTimer::singleShot(m_options.deadline, reply, &QNetworkReply::abort);
     // Not by its progress, which is told of ten times a second only.
     reply->setReadBufferSize(m_options.mostBytes + 1);
     const auto refuseTooMuch = [this, reply] {
@@ -306,6 +312,7 @@ void MapTileStore::keep(const MapTile& tile, const QImage& image, int generation
             m_failures.erase(tile);
         const auto old = m_kept.find(tile);
         // What replaces an older picture of the same place has no need to fade in again.
+        m_keptBytes += image.sizeInBytes() - (old == m_kept.end() ? 0 : old->second.image.sizeInBytes());
         m_kept[tile] = {image, old == m_kept.end() ? m_clock.elapsed() : old->second.arrival, m_frame};
         forgetUnseen();
         Q_EMIT tileArrived();
@@ -339,9 +346,13 @@ void MapTileStore::wakeForRetry() {
 }
 
 void MapTileStore::forgetUnseen() {
-    while (m_kept.size() > mostKept) {
+    while (m_keptBytes > m_options.mostKeptBytes) {
         const auto oldest =
             std::ranges::min_element(m_kept, {}, [](const auto& entry) { return entry.second.lastShown; });
+        // What is in sight would only be asked for again.
+        if (oldest->second.lastShown == m_frame)
+            return;
+        m_keptBytes -= oldest->second.image.sizeInBytes();
         m_lookedUp.erase(oldest->first);
         m_answered.erase(oldest->first);
         m_kept.erase(oldest);

@@ -137,6 +137,7 @@ private:
     int m_failuresInARow = 0;
     qint64 m_nextTry = 0;
     quint64 m_frame = 0;
+    qint64 m_keptBytes = 0;
     int m_generation = 0;
     bool m_isDark = false;
     bool m_fades = true;
