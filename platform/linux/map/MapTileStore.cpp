@@ -30,6 +30,10 @@ QUrl urlFor(const QString& urlTemplate, const MapTile& tile) {
     return QUrl(text, QUrl::StrictMode);
 }
 
+bool isOpenStreetMap(const QString& host) {
+    return host == u"openstreetmap.org"_s || host.endsWith(u".openstreetmap.org"_s);
+}
+
 /// Turns the lightness round and keeps the hue, somewhat softer than paper is white.
 QRgb darkened(QRgb pixel) {
     const int red = 255 - qRed(pixel);
@@ -70,10 +74,17 @@ bool MapTileOptions::isUsable() const {
 }
 
 QString MapTileOptions::attribution() const {
+    if (!attributionText.isEmpty())
+        return attributionText;
     const QString host = urlFor(urlTemplate, {0, 0, 0}).host();
-    return host == u"openstreetmap.org"_s || host.endsWith(u".openstreetmap.org"_s) || host == u"127.0.0.1"_s
-               ? u"© OpenStreetMap contributors"_s
-               : u"© %1"_s.arg(host);
+    return isOpenStreetMap(host) ? u"© OpenStreetMap contributors"_s : u"© %1"_s.arg(host);
+}
+
+QUrl MapTileOptions::attributionUrl() const {
+    const bool isDefault = attributionAddress.isEmpty() && attributionText.isEmpty() &&
+                           isOpenStreetMap(urlFor(urlTemplate, {0, 0, 0}).host());
+    const QUrl url(isDefault ? u"https://www.openstreetmap.org/copyright"_s : attributionAddress, QUrl::StrictMode);
+    return url.isValid() && (url.scheme() == u"https"_s || url.scheme() == u"http"_s) ? url : QUrl();
 }
 
 QImage MapTileDecoder::decode(const QByteArray& bytes, int mostPixels, bool isDark) {

@@ -119,8 +119,12 @@ MapView::MapView(const MapSources& sources, QWidget* parent)
         north.pitch = 0;
         setCamera(north, MapMotion::animated);
     });
-    connect(m_attribution, &QAbstractButton::clicked, this,
-            [] { QDesktopServices::openUrl(QUrl(u"https://www.openstreetmap.org/copyright"_s)); });
+    connect(m_attribution, &QAbstractButton::clicked, this, [this] {
+        if (const QUrl url = m_tiles.options().attributionUrl(); !url.isEmpty())
+            QDesktopServices::openUrl(url);
+    });
+    if (m_tiles.options().attributionUrl().isEmpty())
+        m_attribution->unsetCursor();
     takePalette();
 }
 
