@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "MapTileStore.h"
 
+#include "MapSetup.h"
+#include "MemoryPreferencesStore.h"
 #include "TaskWaiting.h"
 #include "WebServer.h"
 
 #include <QBuffer>
-#include <QCoreApplication>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QPainter>
+#include <QTcpServer>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -121,9 +123,7 @@ TEST_F(MapTileStoreTest, AsksForNoMoreThanTwoAtATime) {
     make();
     store->show(tiles);
     ASSERT_TRUE(isAsked(2));
-    for (int turn = 0; turn < 20; ++turn)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    EXPECT_EQ(server.requests().size(), 2);
+    EXPECT_FALSE(testing::waitUntil([&] { return server.requests().size() > 2; }, 300ms));
 }
 
 TEST_F(MapTileStoreTest, LetsGoOfWhatIsNoLongerSeen) {
@@ -205,12 +205,17 @@ TEST_F(MapTileStoreTest, WaitsLongerAndLongerBetweenTries) {
 }
 
 TEST_F(MapTileStoreTest, LivesWithoutAServer) {
-    options.urlTemplate = u"http://127.0.0.1:1/{z}/{x}/{y}.png"_s;
+    QTcpServer late;
+    ASSERT_TRUE(late.listen(QHostAddress::LocalHost));
+    const quint16 port = late.serverPort();
+    late.close();
+    options.urlTemplate = u"http://127.0.0.1:%1/{z}/{x}/{y}.png"_s.arg(port);
     make();
     store->show({first, second});
-    for (int turn = 0; turn < 20; ++turn)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    EXPECT_FALSE(has(first));
+    EXPECT_FALSE(testing::waitUntil([&] { return has(first); }, 150ms));
+    // It goes on trying.
+    ASSERT_TRUE(late.listen(QHostAddress::LocalHost, port));
+    EXPECT_TRUE(testing::waitUntil([&] { return late.hasPendingConnections(); }));
 }
 
 TEST_F(MapTileStoreTest, LivesWithWhatIsNoPicture) {
@@ -245,11 +250,14 @@ TEST_F(MapTileStoreTest, TakesPicturesOfTheUsualFormatsAlone) {
 
 TEST_F(MapTileStoreTest, TakesNoPictureThatIsTooLarge) {
     server.answer(pathOf(first), answerWith(picture(Qt::red, {2000, 1})));
-    server.answer(pathOf(second), answerWith(picture(Qt::green, {512, 512})));
+    server.answer(pathOf(second), answerWith(picture(Qt::green, {1024, 512})));
     make();
-    store->show({first, second});
-    EXPECT_TRUE(arrives(second));
+    store->show({first});
+    // The second time it has seen the first picture.
+    ASSERT_TRUE(isAsked(2));
     EXPECT_FALSE(has(first));
+    store->show({second});
+    EXPECT_TRUE(arrives(second));
 }
 
 TEST_F(MapTileStoreTest, TakesNoMoreBytesThanATileHas) {
@@ -417,15 +425,16 @@ TEST_F(MapTileStoreTest, TurnsTheLightnessOfPicturesRoundInTheDark) {
 }
 
 TEST_F(MapTileStoreTest, AsksNobodyWithoutAnAddress) {
-    for (const QString& address : {u""_s, u"nonsense"_s, u"file:///etc/{z}{x}{y}"_s, u"https://example.com/tiles"_s,
-                                   u"https:///{z}/{x}/{y}"_s}) {
+    const QString wrongScheme = server.url(u"/{z}/{x}/{y}"_s).replace(u"http:"_s, u"ftp:"_s);
+    for (const QString& address :
+         {u""_s, u"nonsense"_s, u"file:///etc/{z}{x}{y}"_s, u"https:///{z}/{x}/{y}"_s, server.url(u"/tiles"_s),
+          server.url(u"/{z}/{x}"_s), server.url(u"/{x}/{y}"_s), wrongScheme}) {
         options.urlTemplate = address;
         EXPECT_FALSE(options.isUsable()) << address.toStdString();
         make();
         store->show({first});
-        EXPECT_FALSE(has(first));
+        EXPECT_FALSE(testing::waitUntil([&] { return !server.requests().isEmpty(); }, 50ms)) << address.toStdString();
     }
-    EXPECT_TRUE(server.requests().isEmpty());
 }
 
 TEST(MapTileOptions, NameWhoseDataIsShown) {
@@ -434,6 +443,43 @@ TEST(MapTileOptions, NameWhoseDataIsShown) {
     EXPECT_EQ(options.attribution(), u"© OpenStreetMap contributors");
     options.urlTemplate = u"https://tiles.example.com/{z}/{x}/{y}.png"_s;
     EXPECT_EQ(options.attribution(), u"© tiles.example.com");
+    options.urlTemplate = u"http://127.0.0.1:8080/{z}/{x}/{y}.png"_s;
+    EXPECT_EQ(options.attribution(), u"© 127.0.0.1");
+    options.attributionText = u"© Somebody"_s;
+    EXPECT_EQ(options.attribution(), u"© Somebody");
+}
+
+TEST(MapTileOptions, LeadToWhatIsSaidAboutTheData) {
+    MapTileOptions options;
+    options.urlTemplate = u"https://tile.openstreetmap.org/{z}/{x}/{y}.png"_s;
+    EXPECT_EQ(options.attributionUrl(), QUrl(u"https://www.openstreetmap.org/copyright"_s));
+    options.urlTemplate = u"https://tiles.example.com/{z}/{x}/{y}.png"_s;
+    EXPECT_TRUE(options.attributionUrl().isEmpty());
+    options.attributionAddress = u"https://example.com/licence"_s;
+    EXPECT_EQ(options.attributionUrl(), QUrl(u"https://example.com/licence"_s));
+    for (const QString& address : {u"file:///etc/passwd"_s, u"example.com"_s, u"javascript:alert(1)"_s}) {
+        options.attributionAddress = address;
+        EXPECT_TRUE(options.attributionUrl().isEmpty()) << address.toStdString();
+    }
+}
+
+TEST(MapSetup, TakesTilesAndWhoseTheyAreFromOnePlace) {
+    testing::MemoryPreferencesStore preferences;
+    preferences.setData(u"mapTilesURL"_s, "https://tiles.example.com/{z}/{x}/{y}");
+    preferences.setData(u"mapTilesAttribution"_s, "© Example");
+    preferences.setData(u"mapTilesAttributionURL"_s, "https://example.com/licence");
+    qunsetenv("CORVANTA_MAP_TILES_URL");
+    MapTileOptions options = MapSetup::tileOptions(preferences);
+    EXPECT_EQ(options.attribution(), u"© Example");
+    EXPECT_EQ(options.attributionUrl(), QUrl(u"https://example.com/licence"_s));
+    qputenv("CORVANTA_MAP_TILES_URL", "https://other.example.com/{z}/{x}/{y}");
+    options = MapSetup::tileOptions(preferences);
+    EXPECT_EQ(options.attribution(), u"© other.example.com");
+    EXPECT_TRUE(options.attributionUrl().isEmpty());
+    qputenv("CORVANTA_MAP_TILES_ATTRIBUTION", "© Other");
+    EXPECT_EQ(MapSetup::tileOptions(preferences).attribution(), u"© Other");
+    qunsetenv("CORVANTA_MAP_TILES_ATTRIBUTION");
+    qunsetenv("CORVANTA_MAP_TILES_URL");
 }
 
 } // namespace

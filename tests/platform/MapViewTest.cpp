@@ -405,6 +405,7 @@ protected:
         MapSources sources;
         sources.tiles.urlTemplate = server.url(u"/{z}/{x}/{y}.png"_s);
         sources.tiles.userAgent = u"Corvanta/1.2 (test)"_s;
+        sources.tiles.attributionText = u"© Somebody"_s;
         sources.tiles.firstPause = pause;
         sources.tiles.longestPause = pause;
         map = new MapView(sources, &window);
@@ -512,6 +513,23 @@ TEST_F(TiledMapViewTest, ShowsTiltedTilesInTheirPlaces) {
         }
     }
     EXPECT_GT(cornersBehind, 0);
+}
+
+TEST_F(TiledMapViewTest, SaysWhoseDataItShowsFromTheFirstTileOn) {
+    auto* const attribution = map->findChild<MapAttribution*>();
+    ASSERT_NE(attribution, nullptr);
+    window.show();
+    ASSERT_TRUE(testing::waitUntil([this] { return server.requests().size() >= 2; }));
+    EXPECT_FALSE(attribution->isVisible());
+    make(30ms);
+    map->show();
+    const MapTile first = tilesInSight().front().tile;
+    serve(first);
+    auto* const shown = map->findChild<MapAttribution*>();
+    ASSERT_TRUE(testing::waitUntil([&] { return shown->isVisible(); }));
+    EXPECT_NE(map->tiles().picture(first).image, nullptr);
+    EXPECT_EQ(shown->text(), u"© Somebody");
+    EXPECT_TRUE(map->rect().contains(shown->geometry()));
 }
 
 TEST_F(TiledMapViewTest, AsksForNothingWhileNobodySeesIt) {
