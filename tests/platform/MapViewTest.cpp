@@ -9,6 +9,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QBuffer>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
@@ -206,6 +207,21 @@ TEST_F(MapViewTest, TurnsNorthAtThePressOfTheCompass) {
     EXPECT_EQ(map().camera().bearing, 0);
     EXPECT_EQ(map().camera().pitch, 0);
     EXPECT_TRUE(testing::waitUntil([&] { return !compass->isVisible(); }));
+}
+
+TEST_F(MapViewTest, KeepsTheKeyboardWhenItsCompassGoes) {
+    QLineEdit next(&window);
+    next.show();
+    auto* const compass = map().findChild<MapCompass*>();
+    MapCamera turned = map().camera();
+    turned.bearing = 30;
+    map().setCamera(turned, MapMotion::immediate);
+    QApplication::setActiveWindow(&window);
+    compass->setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(compass->hasFocus());
+    compass->click();
+    ASSERT_TRUE(testing::waitUntil([&] { return !compass->isVisible(); }));
+    EXPECT_TRUE(map().hasFocus());
 }
 
 TEST_F(MapViewTest, ZoomsAboutThePointerByTheWheel) {
