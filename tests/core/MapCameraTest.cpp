@@ -199,8 +199,8 @@ TEST(MapCameras, ShowAtLeastTheDegreesAskedFor) {
         const MapCamera shown = camera(center, zoom);
         EXPECT_GE(MapCameras::latitudeDelta(shown, viewport), 0.1 - 1e-6);
         EXPECT_GE(MapCameras::longitudeDelta(shown, viewport), 0.1 - 1e-6);
-        const bool isTight = MapCameras::latitudeDelta(shown, viewport) < 0.101 ||
-                             MapCameras::longitudeDelta(shown, viewport) < 0.101;
+        const bool isTight =
+            MapCameras::latitudeDelta(shown, viewport) < 0.101 || MapCameras::longitudeDelta(shown, viewport) < 0.101;
         EXPECT_TRUE(isTight) << latitude;
     }
 }
