@@ -52,8 +52,11 @@ void LocationMapView::Coordinator::syncAnnotation(MapSurface& on, const std::opt
 }
 
 void LocationMapView::Coordinator::handleClick(MapGestureState state, QPointF point) {
-    if (state == MapGestureState::ended)
-        parent.onCoordinateSelected(m_map.coordinateAt(point));
+    if (state != MapGestureState::ended)
+        return;
+    // Whoever is told may update the view, and with it replace the function that is running.
+    const auto tell = parent.onCoordinateSelected;
+    tell(m_map.coordinateAt(point));
 }
 
 std::optional<MapMarkerStyle> LocationMapView::Coordinator::viewFor(const MapAnnotation& shown) {

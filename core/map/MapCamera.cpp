@@ -12,6 +12,8 @@ namespace {
 constexpr double tileSize = 256;
 /// The camera's distance in heights of the viewport. With it the horizon stays out of sight at every pitch allowed.
 constexpr double distanceInHeights = 1.5;
+/// What is nearer to the camera than this part of its distance counts as behind it.
+constexpr double nearPlane = 0.01;
 
 double radians(double degrees) {
     return degrees * std::numbers::pi / 180;
@@ -64,7 +66,19 @@ QPointF MapProjection::groundAt(QPointF point) const {
 }
 
 bool MapProjection::isBeforeCamera(QPointF ground) const {
-    return m_distance - ground.y() * m_sinePitch > m_distance / 100;
+    return m_distance - ground.y() * m_sinePitch > m_distance * nearPlane;
+}
+
+QLineF MapProjection::beforeCamera(const QLineF& ground) const {
+    if (isBeforeCamera(ground.p1()) && isBeforeCamera(ground.p2()))
+        return ground;
+    if (!isBeforeCamera(ground.p1()) && !isBeforeCamera(ground.p2()))
+        return {};
+    // Somewhat before the nearest that counts as before the camera, so that the end found does count.
+    const double nearest = m_distance * (1 - 2 * nearPlane) / m_sinePitch;
+    const double part = std::clamp((nearest - ground.y1()) / ground.dy(), 0.0, 1.0);
+    const QPointF end = ground.pointAt(part);
+    return isBeforeCamera(ground.p1()) ? QLineF(ground.p1(), end) : QLineF(end, ground.p2());
 }
 
 QPointF MapProjection::pointFor(const Coordinate& coordinate) const {

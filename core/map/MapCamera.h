@@ -4,6 +4,7 @@
 #include "locations/Coordinate.h"
 #include "map/Mercator.h"
 
+#include <QLineF>
 #include <QPointF>
 
 #include <array>
@@ -47,6 +48,8 @@ public:
     [[nodiscard]] QPointF shown(QPointF ground) const;
     [[nodiscard]] QPointF groundAt(QPointF point) const;
     [[nodiscard]] bool isBeforeCamera(QPointF ground) const;
+    /// The part of a line on the ground that lies before the camera; null when there is none.
+    [[nodiscard]] QLineF beforeCamera(const QLineF& ground) const;
 
     [[nodiscard]] QPointF pointFor(const Coordinate& coordinate) const;
     [[nodiscard]] Coordinate coordinateAt(QPointF point) const;

@@ -28,13 +28,13 @@ void WheelClaim::pressed() {
     m_isMeant = true;
 }
 
-bool WheelClaim::takes(Time now, bool isModified, bool hasFocus) {
+bool WheelClaim::takes(Time now, bool isModified, bool hasKeyboard) {
     const bool goesOn = m_last && now - *m_last < pause;
     m_last = now;
     if (isModified)
         return true;
     if (!goesOn)
-        m_wasTaken = m_isMeant || hasFocus;
+        m_wasTaken = m_isMeant || hasKeyboard;
     return m_wasTaken;
 }
 

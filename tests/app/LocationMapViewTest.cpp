@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <memory>
 #include <vector>
 
 namespace corvanta {
@@ -146,6 +148,30 @@ TEST_F(LocationMapViewTest, TellsWhoeverTheViewNamesNow) {
     map.click({3, 4});
     EXPECT_THAT(picked, IsEmpty());
     EXPECT_EQ(others.size(), 1U);
+}
+
+TEST_F(LocationMapViewTest, MayBeUpdatedByWhomItTells) {
+    // Too large to be kept within the function itself, and gone when it is let go of.
+    struct Heard {
+        std::array<double, 16> room{};
+        std::vector<Coordinate>* points;
+    };
+
+    bool livedOn = false;
+    view.onCoordinateSelected = [this, &livedOn, held = std::make_shared<int>(2),
+                                 heard = Heard{.points = &picked}](Coordinate point) {
+        const std::weak_ptr<int> mine = held;
+        bool& isAlive = livedOn;
+        view.onCoordinateSelected = [](Coordinate) {};
+        update();
+        isAlive = !mine.expired();
+        if (isAlive)
+            heard.points->push_back(point);
+    };
+    update();
+    map.click({3, 4});
+    EXPECT_TRUE(livedOn);
+    EXPECT_EQ(picked.size(), 1U);
 }
 
 TEST_F(LocationMapViewTest, MarksTheSelectedLocationInBlue) {

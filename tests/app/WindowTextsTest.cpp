@@ -95,9 +95,11 @@ TEST_F(WindowTextsTest, SaysThisAndNothingElseAtFirst) {
                                    "Ready"}}));
     EXPECT_EQ(toolTips(),
               (TextSet{"<span>No available simulators</span>", "Refresh simulator devices", "Save favorite"}));
-    EXPECT_EQ(accessibleNames(), (TextSet{"Check Again", "Page address", "Simulator", "Refresh simulator devices",
-                                          "Start Workspace", "Open / Reload", "Re-tile", "Stop", "Search for a place",
-                                          "Save favorite", "Set Location", "Clear", "Saved locations"}));
+    ASSERT_TRUE(testing::waitUntil([this] { return map != nullptr && map->widget().isVisible(); }));
+    EXPECT_EQ(accessibleNames(),
+              (TextSet{"Map", "Check Again", "Page address", "Simulator", "Refresh simulator devices",
+                       "Start Workspace", "Open / Reload", "Re-tile", "Stop", "Search for a place", "Save favorite",
+                       "Set Location", "Clear", "Saved locations"}));
 }
 
 TEST_F(WindowTextsTest, SaysThisAndNothingElseWhileItRuns) {

@@ -199,8 +199,8 @@ TEST(MapCameras, ShowAtLeastTheDegreesAskedFor) {
         const MapCamera shown = camera(center, zoom);
         EXPECT_GE(MapCameras::latitudeDelta(shown, viewport), 0.1 - 1e-6);
         EXPECT_GE(MapCameras::longitudeDelta(shown, viewport), 0.1 - 1e-6);
-        const bool isTight = MapCameras::latitudeDelta(shown, viewport) < 0.101 ||
-                             MapCameras::longitudeDelta(shown, viewport) < 0.101;
+        const bool isTight =
+            MapCameras::latitudeDelta(shown, viewport) < 0.101 || MapCameras::longitudeDelta(shown, viewport) < 0.101;
         EXPECT_TRUE(isTight) << latitude;
     }
 }
@@ -209,6 +209,27 @@ TEST(MapCameras, TakeAnySpan) {
     EXPECT_EQ(MapCameras::zoomShowing(barcelona, 0, 0, viewport), MapCameras::highestZoom);
     EXPECT_EQ(MapCameras::zoomShowing(barcelona, 1e9, 1e9, viewport), MapCameras::lowestZoom(viewport));
     EXPECT_EQ(MapCameras::zoomShowing(barcelona, std::nan(""), 1, {0, 0}), 0);
+}
+
+TEST(MapProjection, CutsLinesOffBeforeTheCamera) {
+    for (const double bearing : {0.0, 77.0, 180.0}) {
+        const MapProjection projection({Mercator::project({41.4, 2.2}), 14, bearing, 60}, viewport);
+        const QLineF line(QPointF(-30, -50), QPointF(40, 2000));
+        ASSERT_FALSE(projection.isBeforeCamera(line.p2()));
+        // As it would be shown: behind the camera, what is below comes to lie above.
+        ASSERT_LT(projection.shown(line.p2()).y(), 0);
+        const QLineF cut = projection.beforeCamera(line);
+        EXPECT_EQ(cut.p1(), line.p1());
+        EXPECT_TRUE(projection.isBeforeCamera(cut.p2()));
+        EXPECT_GT(projection.shown(cut.p2()).y(), viewport.height);
+        EXPECT_NEAR(std::remainder(line.angleTo(cut), 360.0), 0, 1e-6);
+        const QLineF back = projection.beforeCamera({line.p2(), line.p1()});
+        EXPECT_EQ(back.p1(), cut.p2());
+        EXPECT_EQ(back.p2(), line.p1());
+        EXPECT_TRUE(projection.beforeCamera({{0, 2000}, {50, 3000}}).isNull());
+        const QLineF whole({0, 0}, {20, 90});
+        EXPECT_EQ(projection.beforeCamera(whole), whole);
+    }
 }
 
 } // namespace

@@ -161,7 +161,7 @@ TEST(WheelClaim, ZoomsForWhoeverHasMovedThePointerOnTheMap) {
     EXPECT_FALSE(wheel.takes(2000ms, false, false));
 }
 
-TEST(WheelClaim, ZoomsWithControlOrFocusOrAfterAPress) {
+TEST(WheelClaim, ZoomsWithControlOrTheKeyboardOrAfterAPress) {
     EXPECT_TRUE(WheelClaim().takes(0ms, true, false));
     EXPECT_TRUE(WheelClaim().takes(0ms, false, true));
     WheelClaim pressed;

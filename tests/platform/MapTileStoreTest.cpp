@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "MapTileStore.h"
 
+#include "MapSetup.h"
+#include "MemoryPreferencesStore.h"
 #include "TaskWaiting.h"
 #include "WebServer.h"
 
 #include <QBuffer>
-#include <QCoreApplication>
+#include <QImageReader>
+#include <QImageWriter>
 #include <QPainter>
+#include <QTcpServer>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -24,13 +28,13 @@ namespace {
 using testing::WebAnswer;
 using testing::WebServer;
 
-QByteArray picture(const QColor& colour, QSize size = {256, 256}) {
+QByteArray picture(const QColor& colour, QSize size = {256, 256}, const char* format = "PNG") {
     QImage image(size, QImage::Format_RGB32);
     image.fill(colour);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
+    image.save(&buffer, format);
     return bytes;
 }
 
@@ -119,9 +123,7 @@ TEST_F(MapTileStoreTest, AsksForNoMoreThanTwoAtATime) {
     make();
     store->show(tiles);
     ASSERT_TRUE(isAsked(2));
-    for (int turn = 0; turn < 20; ++turn)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    EXPECT_EQ(server.requests().size(), 2);
+    EXPECT_FALSE(testing::waitUntil([&] { return server.requests().size() > 2; }, 300ms));
 }
 
 TEST_F(MapTileStoreTest, LetsGoOfWhatIsNoLongerSeen) {
@@ -203,12 +205,17 @@ TEST_F(MapTileStoreTest, WaitsLongerAndLongerBetweenTries) {
 }
 
 TEST_F(MapTileStoreTest, LivesWithoutAServer) {
-    options.urlTemplate = u"http://127.0.0.1:1/{z}/{x}/{y}.png"_s;
+    QTcpServer late;
+    ASSERT_TRUE(late.listen(QHostAddress::LocalHost));
+    const quint16 port = late.serverPort();
+    late.close();
+    options.urlTemplate = u"http://127.0.0.1:%1/{z}/{x}/{y}.png"_s.arg(port);
     make();
     store->show({first, second});
-    for (int turn = 0; turn < 20; ++turn)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    EXPECT_FALSE(has(first));
+    EXPECT_FALSE(testing::waitUntil([&] { return has(first); }, 150ms));
+    // It goes on trying.
+    ASSERT_TRUE(late.listen(QHostAddress::LocalHost, port));
+    EXPECT_TRUE(testing::waitUntil([&] { return late.hasPendingConnections(); }));
 }
 
 TEST_F(MapTileStoreTest, LivesWithWhatIsNoPicture) {
@@ -223,13 +230,34 @@ TEST_F(MapTileStoreTest, LivesWithWhatIsNoPicture) {
     EXPECT_TRUE(arrives(second));
 }
 
+TEST_F(MapTileStoreTest, TakesPicturesOfTheUsualFormatsAlone) {
+    for (const char* const format : {"PNG", "JPEG"})
+        EXPECT_EQ(MapTileDecoder::decode(picture(Qt::red, {8, 8}, format), 1024, false).size(), QSize(8, 8)) << format;
+    if (QImageReader::supportedImageFormats().contains("webp") &&
+        QImageWriter::supportedImageFormats().contains("webp")) {
+        EXPECT_EQ(MapTileDecoder::decode(picture(Qt::red, {8, 8}, "WEBP"), 1024, false).size(), QSize(8, 8));
+    }
+    for (const char* const format : {"BMP", "PPM", "XPM"}) {
+        const QByteArray bytes = picture(Qt::red, {8, 8}, format);
+        ASSERT_FALSE(bytes.isEmpty()) << format;
+        EXPECT_TRUE(MapTileDecoder::decode(bytes, 1024, false).isNull()) << format;
+    }
+    EXPECT_TRUE(MapTileDecoder::decode("<svg xmlns='http://www.w3.org/2000/svg' width='256' height='256'>"
+                                       "<rect width='256' height='256' fill='red'/></svg>",
+                                       1024, false)
+                    .isNull());
+}
+
 TEST_F(MapTileStoreTest, TakesNoPictureThatIsTooLarge) {
     server.answer(pathOf(first), answerWith(picture(Qt::red, {2000, 1})));
-    server.answer(pathOf(second), answerWith(picture(Qt::green, {512, 512})));
+    server.answer(pathOf(second), answerWith(picture(Qt::green, {1024, 512})));
     make();
-    store->show({first, second});
-    EXPECT_TRUE(arrives(second));
+    store->show({first});
+    // The second time it has seen the first picture.
+    ASSERT_TRUE(isAsked(2));
     EXPECT_FALSE(has(first));
+    store->show({second});
+    EXPECT_TRUE(arrives(second));
 }
 
 TEST_F(MapTileStoreTest, TakesNoMoreBytesThanATileHas) {
@@ -242,6 +270,53 @@ TEST_F(MapTileStoreTest, TakesNoMoreBytesThanATileHas) {
     ASSERT_TRUE(testing::waitUntil([&] { return !server.requests().isEmpty() && server.openConnections() == 0; }));
     EXPECT_LT(server.takenBytes(), 16 << 20);
     EXPECT_FALSE(has(first));
+}
+
+TEST_F(MapTileStoreTest, GivesUpOnAnAnswerThatTakesTooLongAltogether) {
+    WebAnswer slow = answerWith(picture(Qt::blue));
+    slow.promisedLength = slow.body.size();
+    slow.body = slow.body.first(20);
+    slow.ending = WebAnswer::Ending::keepOpen;
+    server.answer(pathOf(first), slow);
+    options.deadline = 100ms;
+    make();
+    store->show({first});
+    EXPECT_TRUE(testing::waitUntil([&] { return server.requests().size() == 2; }, 5s));
+}
+
+TEST_F(MapTileStoreTest, TakesNoCookies) {
+    server.answer(pathOf(first),
+                  answerWith(picture(Qt::red), "Content-Type: image/png\r\nSet-Cookie: who=you; Path=/\r\n"));
+    server.answer(pathOf(second), answerWith(picture(Qt::green)));
+    make();
+    store->show({first});
+    ASSERT_TRUE(arrives(first));
+    store->show({second});
+    ASSERT_TRUE(arrives(second));
+    EXPECT_FALSE(server.requests().back().toLower().contains("\r\ncookie:"));
+}
+
+TEST_F(MapTileStoreTest, KeepsAsMuchOutOfSightAsThereIsRoomForAndAllThatIsSeen) {
+    std::vector<MapTile> early;
+    std::vector<MapTile> late;
+    for (int column = 0; column < 4; ++column) {
+        early.push_back({3, column, 0});
+        late.push_back({3, column, 1});
+        server.answer(pathOf(early.back()), answerWith(picture(Qt::red)));
+        server.answer(pathOf(late.back()), answerWith(picture(Qt::green)));
+    }
+    constexpr qint64 one = 256 * 256 * 4;
+    options.mostKeptBytes = 3 * one;
+    make();
+    for (const auto* const shown : {&early, &late}) {
+        store->show(*shown);
+        for (const MapTile& tile : *shown)
+            ASSERT_TRUE(arrives(tile));
+        for (const MapTile& tile : *shown)
+            EXPECT_TRUE(has(tile));
+    }
+    for (const MapTile& tile : early)
+        EXPECT_FALSE(has(tile));
 }
 
 TEST_F(MapTileStoreTest, KeepsAnswersAsLongAsTheServerAllows) {
@@ -275,6 +350,63 @@ TEST_F(MapTileStoreTest, UsesWhatItHasKeptWhenThereIsNoNetwork) {
     EXPECT_TRUE(arrives(first));
 }
 
+TEST_F(MapTileStoreTest, ShowsAllThatItHasKeptHoweverManyOthersFailBefore) {
+    const QTemporaryDir folder;
+    options.cacheFolder = folder.path();
+    auto other = std::make_unique<WebServer>(WebServer::Scheme::http);
+    options.urlTemplate = other->url(u"/{z}/{x}/{y}.png"_s);
+    const std::vector<MapTile> kept{{3, 5, 5}, {3, 6, 5}, {3, 7, 5}};
+    for (const MapTile& tile : kept)
+        other->answer(pathOf(tile),
+                      answerWith(picture(Qt::red), "Content-Type: image/png\r\nCache-Control: max-age=0\r\n"
+                                                   "ETag: \"one\"\r\n"));
+    make();
+    store->show(kept);
+    for (const MapTile& tile : kept)
+        ASSERT_TRUE(arrives(tile));
+    other.reset();
+    options.firstPause = 10min;
+    options.longestPause = 10min;
+    make();
+    std::vector<MapTile> wanted{{3, 0, 5}, {3, 1, 5}, {3, 2, 5}, {3, 3, 5}};
+    wanted.insert(wanted.end(), kept.begin(), kept.end());
+    store->show(wanted);
+    for (const MapTile& tile : kept)
+        EXPECT_TRUE(testing::waitUntil([&] { return has(tile); }, 2s));
+    EXPECT_FALSE(has(wanted.front()));
+}
+
+TEST_F(MapTileStoreTest, LeavesAFailingServerAloneWhateverIsStillOnDisk) {
+    const QTemporaryDir folder;
+    options.cacheFolder = folder.path();
+    options.mostRequests = 1;
+    options.firstPause = 10min;
+    options.longestPause = 10min;
+    WebAnswer broken;
+    broken.status = "503 Service Unavailable";
+    std::vector<MapTile> kept;
+    std::vector<MapTile> mixed;
+    for (int column = 0; column < 5; ++column) {
+        mixed.push_back({3, column, 0});
+        server.answer(pathOf(mixed.back()), broken);
+        kept.push_back({3, column, 1});
+        mixed.push_back(kept.back());
+        server.answer(pathOf(kept.back()),
+                      answerWith(picture(Qt::red), "Content-Type: image/png\r\nCache-Control: max-age=3600\r\n"));
+    }
+    make();
+    store->show(kept);
+    for (const MapTile& tile : kept)
+        ASSERT_TRUE(arrives(tile));
+    make();
+    const auto before = server.requests().size();
+    store->show(mixed);
+    ASSERT_TRUE(testing::waitUntil([&] { return server.requests().size() == before + 3; }));
+    EXPECT_FALSE(testing::waitUntil([&] { return server.requests().size() > before + 3; }, 300ms));
+    for (const MapTile& tile : kept)
+        EXPECT_TRUE(has(tile));
+}
+
 TEST_F(MapTileStoreTest, TurnsTheLightnessOfPicturesRoundInTheDark) {
     const QImage paper = MapTileDecoder::decode(picture(QColor(u"#f2efe9"_s)), 1024, true);
     EXPECT_LT(paper.pixelColor(3, 3).lightness(), 70);
@@ -293,15 +425,16 @@ TEST_F(MapTileStoreTest, TurnsTheLightnessOfPicturesRoundInTheDark) {
 }
 
 TEST_F(MapTileStoreTest, AsksNobodyWithoutAnAddress) {
-    for (const QString& address : {u""_s, u"nonsense"_s, u"file:///etc/{z}{x}{y}"_s, u"https://example.com/tiles"_s,
-                                   u"https:///{z}/{x}/{y}"_s}) {
+    const QString wrongScheme = server.url(u"/{z}/{x}/{y}"_s).replace(u"http:"_s, u"ftp:"_s);
+    for (const QString& address :
+         {u""_s, u"nonsense"_s, u"file:///etc/{z}{x}{y}"_s, u"https:///{z}/{x}/{y}"_s, server.url(u"/tiles"_s),
+          server.url(u"/{z}/{x}"_s), server.url(u"/{x}/{y}"_s), wrongScheme}) {
         options.urlTemplate = address;
         EXPECT_FALSE(options.isUsable()) << address.toStdString();
         make();
         store->show({first});
-        EXPECT_FALSE(has(first));
+        EXPECT_FALSE(testing::waitUntil([&] { return !server.requests().isEmpty(); }, 50ms)) << address.toStdString();
     }
-    EXPECT_TRUE(server.requests().isEmpty());
 }
 
 TEST(MapTileOptions, NameWhoseDataIsShown) {
@@ -310,6 +443,43 @@ TEST(MapTileOptions, NameWhoseDataIsShown) {
     EXPECT_EQ(options.attribution(), u"© OpenStreetMap contributors");
     options.urlTemplate = u"https://tiles.example.com/{z}/{x}/{y}.png"_s;
     EXPECT_EQ(options.attribution(), u"© tiles.example.com");
+    options.urlTemplate = u"http://127.0.0.1:8080/{z}/{x}/{y}.png"_s;
+    EXPECT_EQ(options.attribution(), u"© 127.0.0.1");
+    options.attributionText = u"© Somebody"_s;
+    EXPECT_EQ(options.attribution(), u"© Somebody");
+}
+
+TEST(MapTileOptions, LeadToWhatIsSaidAboutTheData) {
+    MapTileOptions options;
+    options.urlTemplate = u"https://tile.openstreetmap.org/{z}/{x}/{y}.png"_s;
+    EXPECT_EQ(options.attributionUrl(), QUrl(u"https://www.openstreetmap.org/copyright"_s));
+    options.urlTemplate = u"https://tiles.example.com/{z}/{x}/{y}.png"_s;
+    EXPECT_TRUE(options.attributionUrl().isEmpty());
+    options.attributionAddress = u"https://example.com/licence"_s;
+    EXPECT_EQ(options.attributionUrl(), QUrl(u"https://example.com/licence"_s));
+    for (const QString& address : {u"file:///etc/passwd"_s, u"example.com"_s, u"javascript:alert(1)"_s}) {
+        options.attributionAddress = address;
+        EXPECT_TRUE(options.attributionUrl().isEmpty()) << address.toStdString();
+    }
+}
+
+TEST(MapSetup, TakesTilesAndWhoseTheyAreFromOnePlace) {
+    testing::MemoryPreferencesStore preferences;
+    preferences.setData(u"mapTilesURL"_s, "https://tiles.example.com/{z}/{x}/{y}");
+    preferences.setData(u"mapTilesAttribution"_s, "© Example");
+    preferences.setData(u"mapTilesAttributionURL"_s, "https://example.com/licence");
+    qunsetenv("CORVANTA_MAP_TILES_URL");
+    MapTileOptions options = MapSetup::tileOptions(preferences);
+    EXPECT_EQ(options.attribution(), u"© Example");
+    EXPECT_EQ(options.attributionUrl(), QUrl(u"https://example.com/licence"_s));
+    qputenv("CORVANTA_MAP_TILES_URL", "https://other.example.com/{z}/{x}/{y}");
+    options = MapSetup::tileOptions(preferences);
+    EXPECT_EQ(options.attribution(), u"© other.example.com");
+    EXPECT_TRUE(options.attributionUrl().isEmpty());
+    qputenv("CORVANTA_MAP_TILES_ATTRIBUTION", "© Other");
+    EXPECT_EQ(MapSetup::tileOptions(preferences).attribution(), u"© Other");
+    qunsetenv("CORVANTA_MAP_TILES_ATTRIBUTION");
+    qunsetenv("CORVANTA_MAP_TILES_URL");
 }
 
 } // namespace

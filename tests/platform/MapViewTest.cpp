@@ -3,10 +3,13 @@
 
 #include "MapText.h"
 #include "TaskWaiting.h"
+#include "WebServer.h"
 #include "WidgetMapSurface.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QBuffer>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
@@ -22,6 +25,7 @@
 namespace corvanta {
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -205,6 +209,21 @@ TEST_F(MapViewTest, TurnsNorthAtThePressOfTheCompass) {
     EXPECT_TRUE(testing::waitUntil([&] { return !compass->isVisible(); }));
 }
 
+TEST_F(MapViewTest, KeepsTheKeyboardWhenItsCompassGoes) {
+    QLineEdit next(&window);
+    next.show();
+    auto* const compass = map().findChild<MapCompass*>();
+    MapCamera turned = map().camera();
+    turned.bearing = 30;
+    map().setCamera(turned, MapMotion::immediate);
+    QApplication::setActiveWindow(&window);
+    compass->setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(compass->hasFocus());
+    compass->click();
+    ASSERT_TRUE(testing::waitUntil([&] { return !compass->isVisible(); }));
+    EXPECT_TRUE(map().hasFocus());
+}
+
 TEST_F(MapViewTest, ZoomsAboutThePointerByTheWheel) {
     const QPointF point(60, 50);
     const Coordinate held = surface.coordinateAt(point);
@@ -221,6 +240,34 @@ TEST_F(MapViewTest, LeavesTheWheelToTheWindowUnlessItIsMeant) {
     const MapCamera before = map().camera();
     EXPECT_FALSE(turnWheel(middle, 120));
     EXPECT_EQ(map().destination(), before);
+}
+
+TEST_F(MapViewTest, LeavesTheWheelToTheWindowAgainAfterAClick) {
+    QApplication::setActiveWindow(&window);
+    map().setFocus(Qt::MouseFocusReason);
+    ASSERT_TRUE(map().hasFocus());
+    click(middle);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&map(), &leave);
+    EXPECT_FALSE(turnWheel(middle, 120));
+}
+
+TEST_F(MapViewTest, TakesTheWheelOfWhoeverCameByKeyboard) {
+    QApplication::setActiveWindow(&window);
+    map().clearFocus();
+    map().setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(map().hasFocus());
+    EXPECT_TRUE(turnWheel(middle, 120));
+}
+
+TEST_F(MapViewTest, LeavesTheWheelToTheWindowThatMovesItBeneathThePointer) {
+    map().clearFocus();
+    const QPointF still = map().mapToGlobal(middle);
+    for (const QPointF& point : {middle, middle + QPointF(0, 60)}) {
+        QMouseEvent event(QEvent::MouseMove, point, still, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&map(), &event);
+    }
+    EXPECT_FALSE(turnWheel(middle, 120));
 }
 
 TEST_F(MapViewTest, TakesTheWheelOfAPointerThatWasMovedOnIt) {
@@ -362,6 +409,162 @@ TEST_F(MapViewTest, KeepsItsMiddleWhenItsSizeChanges) {
     map().resize(600, 250);
     EXPECT_NEAR(surface.coordinateAt({300, 125}).latitude, barcelona.latitude, 1e-9);
     EXPECT_NEAR(surface.coordinateAt({300, 125}).longitude, barcelona.longitude, 1e-9);
+}
+
+/// A map whose tiles come from a server of this test.
+class TiledMapViewTest : public ::testing::Test {
+protected:
+    TiledMapViewTest() { make(10min); }
+
+    void make(std::chrono::milliseconds pause) {
+        delete map;
+        MapSources sources;
+        sources.tiles.urlTemplate = server.url(u"/{z}/{x}/{y}.png"_s);
+        sources.tiles.userAgent = u"Corvanta/1.2 (test)"_s;
+        sources.tiles.attributionText = u"© Somebody"_s;
+        sources.tiles.firstPause = pause;
+        sources.tiles.longestPause = pause;
+        map = new MapView(sources, &window);
+        map->setFeatures(all);
+        map->resize(size);
+        window.resize(size);
+        map->setCamera({Mercator::project(barcelona), 9, 0, 0}, MapMotion::immediate);
+    }
+
+    /// Where the map is, or will be after its flight.
+    [[nodiscard]] std::vector<ShownMapTile> tilesInSight() const {
+        const int zoom = MapTiles::zoomFor(map->destination(), map->devicePixelRatioF(), 19);
+        return MapTiles::visible({map->destination(), {1.0 * map->width(), 1.0 * map->height()}}, zoom, 80);
+    }
+
+    /// Another colour than its neighbours have.
+    [[nodiscard]] static QColor colourOf(const MapTile& tile) {
+        return QColor::fromHsv((tile.column * 77 + tile.row * 131) % 360, 200, 220);
+    }
+
+    void serve(const MapTile& tile) {
+        QImage image(256, 256, QImage::Format_RGB32);
+        image.fill(colourOf(tile));
+        testing::WebAnswer answer;
+        answer.headers = "Content-Type: image/png\r\n";
+        QBuffer buffer(&answer.body);
+        buffer.open(QIODevice::WriteOnly);
+        image.save(&buffer, "PNG");
+        server.answer(u"/%1/%2/%3.png"_s.arg(tile.zoom).arg(tile.column).arg(tile.row), answer);
+    }
+
+    /// Every tile in sight is there.
+    [[nodiscard]] bool isFilled() const {
+        return testing::waitUntil([this] {
+            return std::ranges::all_of(tilesInSight(), [this](const ShownMapTile& one) {
+                return map->tiles().picture(one.tile).image != nullptr;
+            });
+        });
+    }
+
+    testing::WebServer server{testing::WebServer::Scheme::http};
+    QWidget window;
+    MapView* map = nullptr;
+};
+
+TEST_F(TiledMapViewTest, AsksForNothingThatItOnlyFliesOver) {
+    for (const ShownMapTile& one : tilesInSight())
+        serve(one.tile);
+    window.show();
+    ASSERT_TRUE(isFilled());
+    const auto before = server.requests().size();
+    map->setCamera({Mercator::project({48.85, 2.35}), 9, 0, 0}, MapMotion::animated);
+    ASSERT_NE(map->camera(), map->destination());
+    for (const ShownMapTile& one : tilesInSight())
+        serve(one.tile);
+    int frames = 0;
+    ASSERT_TRUE(testing::waitUntil([&] {
+        map->grab();
+        ++frames;
+        if (map->camera() != map->destination())
+            EXPECT_EQ(server.requests().size(), before);
+        return map->camera() == map->destination();
+    }));
+    EXPECT_GT(frames, 5);
+    EXPECT_TRUE(isFilled());
+}
+
+TEST_F(TiledMapViewTest, ShowsTiltedTilesInTheirPlaces) {
+    map->setFeatures({});
+    map->tiles().setFades(false);
+    window.show();
+    const WorldPoint around = Mercator::project(barcelona);
+    const double tileWidth = std::exp2(-9);
+    int cornersBehind = 0;
+    for (const double bearing : {180.0, 45.0, 0.0}) {
+        for (int tenth = 0; tenth < 10; ++tenth) {
+            const double part = tenth / 10.0;
+            map->setCamera({{around.x + 0.3 * part * tileWidth, around.y + part * tileWidth}, 9.45, bearing, 60},
+                           MapMotion::immediate);
+            for (const ShownMapTile& one : tilesInSight())
+                serve(one.tile);
+            ASSERT_TRUE(isFilled());
+            const QImage image = map->grab().toImage();
+            int compared = 0;
+            int wrong = 0;
+            for (int y = 9; y < size.height(); y += 10) {
+                for (int x = 10; x < (y < 220 ? 420 : 250); x += 10) {
+                    const WorldPoint place = map->projection().placeAt(QPointF(x + 0.5, y + 0.5));
+                    const double column = place.x / tileWidth;
+                    const double row = place.y / tileWidth;
+                    const auto isInside = [](double value) { return std::abs(value - std::round(value)) > 0.03; };
+                    if (!isInside(column) || !isInside(row))
+                        continue;
+                    ++compared;
+                    wrong += image.pixel(x, y) != colourOf({9, static_cast<int>(column), static_cast<int>(row)}).rgb();
+                }
+            }
+            EXPECT_GT(compared, 200);
+            if (std::ranges::any_of(tilesInSight(), [this](const ShownMapTile& one) {
+                    const MapProjection now = map->projection();
+                    return !now.isBeforeCamera(now.groundUnwrapped(MapTiles::corner(one)));
+                }))
+                ++cornersBehind;
+            EXPECT_EQ(wrong, 0) << "of " << compared << ", turned by " << bearing << ", at " << part;
+        }
+    }
+    EXPECT_GT(cornersBehind, 0);
+}
+
+TEST_F(TiledMapViewTest, SaysWhoseDataItShowsFromTheFirstTileOn) {
+    auto* const attribution = map->findChild<MapAttribution*>();
+    ASSERT_NE(attribution, nullptr);
+    window.show();
+    ASSERT_TRUE(testing::waitUntil([this] { return server.requests().size() >= 2; }));
+    EXPECT_FALSE(attribution->isVisible());
+    make(30ms);
+    map->show();
+    const MapTile first = tilesInSight().front().tile;
+    serve(first);
+    auto* const shown = map->findChild<MapAttribution*>();
+    ASSERT_TRUE(testing::waitUntil([&] { return shown->isVisible(); }));
+    EXPECT_NE(map->tiles().picture(first).image, nullptr);
+    EXPECT_EQ(shown->text(), u"© Somebody");
+    EXPECT_TRUE(map->rect().contains(shown->geometry()));
+}
+
+TEST_F(TiledMapViewTest, AsksForNothingWhileNobodySeesIt) {
+    map->grab();
+    EXPECT_FALSE(testing::waitUntil([this] { return !server.requests().isEmpty(); }, 200ms));
+}
+
+TEST_F(TiledMapViewTest, DoesNotTryAgainWhileNobodySeesIt) {
+    make(30ms);
+    window.show();
+    ASSERT_TRUE(testing::waitUntil([this] { return server.requests().size() >= 4; }));
+    window.hide();
+    // What was on its way may still come.
+    const auto before = server.requests().size() + 2;
+    EXPECT_FALSE(testing::waitUntil([&] { return server.requests().size() > before; }, 300ms));
+    for (const ShownMapTile& one : tilesInSight())
+        serve(one.tile);
+    window.show();
+    EXPECT_TRUE(isFilled());
 }
 
 TEST(WidgetMapSurface, MayOutliveItsWidget) {

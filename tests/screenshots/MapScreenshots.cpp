@@ -121,6 +121,7 @@ bool render(const Shot& shot, MapData& data, bool hasTiles, const QString& file)
     tiles.userAgent = u"Corvanta screenshots"_s;
     if (hasTiles)
         tiles.urlTemplate = server.url(u"/{z}/{x}/{y}.png"_s);
+    tiles.attributionText = u"© OpenStreetMap contributors"_s;
     QWidget window;
     window.resize(shot.size);
     WidgetMapSurface surface(data.sources(tiles), window);

@@ -3,8 +3,8 @@
 
 #include "MapSurface.h"
 
+#include <QFrame>
 #include <QPointer>
-#include <QWidget>
 
 #include <algorithm>
 #include <memory>
@@ -25,7 +25,10 @@ public:
     };
 
     explicit FakeMapSurface(QWidget* parent = nullptr)
-        : m_widget(new QWidget(parent)) {}
+        : m_widget(new QFrame(parent)) {
+        m_widget->setFocusPolicy(Qt::StrongFocus);
+        m_widget->setAccessibleName(QStringLiteral("Map"));
+    }
 
     ~FakeMapSurface() override { delete m_widget.data(); }
 

@@ -19,6 +19,24 @@ constexpr int boxHeight = 250;
 /// Long enough for the window to have been painted.
 constexpr auto unseenDelay = 300ms;
 
+/// Lets the keyboard come to a widget and what is in it from whatever stands before `place`, as if it had been made
+/// together with the rest of the window.
+void takeIntoTabOrder(QWidget& widget, QWidget& place) {
+    QWidget* before = place.previousInFocusChain();
+    while (before != &place && before->focusPolicy() == Qt::NoFocus)
+        before = before->previousInFocusChain();
+    if (before == &place || widget.isAncestorOf(before))
+        return;
+    QList<QWidget*> moved = widget.findChildren<QWidget*>();
+    moved.prepend(&widget);
+    for (QWidget* const one : moved) {
+        if (one->focusPolicy() == Qt::NoFocus)
+            continue;
+        QWidget::setTabOrder(before, one);
+        before = one;
+    }
+}
+
 } // namespace
 
 MapBox::MapBox(MapMaking makeMap, QWidget* parent)
@@ -53,6 +71,7 @@ void MapBox::load() {
     m_map->widget().setGeometry(rect());
     LocationMapView::makeMap(*m_map, *m_mapCoordinator);
     m_view.updateMap(*m_map, *m_mapCoordinator);
+    takeIntoTabOrder(m_map->widget(), *this);
     m_map->widget().show();
 }
 

@@ -223,8 +223,9 @@ void paintGraticule(QPainter& painter, const MapProjection& projection, const Ma
     colour.setAlpha(static_cast<int>(std::lround(colour.alpha() * strength)));
     painter.setPen(QPen(colour, 1));
     const auto line = [&](WorldPoint from, WorldPoint to) {
-        painter.drawLine(projection.shown(projection.groundUnwrapped(from)),
-                         projection.shown(projection.groundUnwrapped(to)));
+        const QLineF seen = projection.beforeCamera({projection.groundUnwrapped(from), projection.groundUnwrapped(to)});
+        if (!seen.isNull())
+            painter.drawLine(projection.shown(seen.p1()), projection.shown(seen.p2()));
     };
     // Turned lines have no place for their numbers.
     const bool isNumbered = projection.isFlat() && projection.camera().bearing == 0;

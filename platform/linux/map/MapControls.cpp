@@ -63,7 +63,11 @@ void MapCompass::show(double bearing, double pitch, const MapPalette& palette) {
     const QString heading = tr("Heading %1°").arg(std::lround(bearing < 0 ? bearing + 360 : bearing) % 360);
     if (accessibleDescription() != heading)
         setAccessibleDescription(heading);
-    setVisible(std::abs(bearing) > 0.05 || pitch > 0.05);
+    const bool isTurned = std::abs(bearing) > 0.05 || pitch > 0.05;
+    // Otherwise the keyboard would be sent on to whatever comes after the map. Only the keyboard leads here.
+    if (!isTurned && hasFocus())
+        parentWidget()->setFocus(Qt::TabFocusReason);
+    setVisible(isTurned);
     update();
 }
 

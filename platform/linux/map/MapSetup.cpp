@@ -17,19 +17,35 @@ namespace {
 
 constexpr auto variable = "CORVANTA_MAP_TILES_URL";
 
-QString tilesURL(const PreferencesStore& preferences) {
-    if (qEnvironmentVariableIsSet(variable))
-        return qEnvironmentVariable(variable);
-    if (const auto chosen = preferences.data(u"mapTilesURL"_s))
-        return QString::fromUtf8(*chosen);
-    return QStringLiteral(CORVANTA_MAP_TILES_URL);
+/// An address of tiles, and what goes with it and with no other.
+struct TileSource {
+    QString url;
+    QString attributionText;
+    QString attributionAddress;
+};
+
+TileSource tileSource(const PreferencesStore& preferences) {
+    if (qEnvironmentVariableIsSet(variable)) {
+        return {qEnvironmentVariable(variable), qEnvironmentVariable("CORVANTA_MAP_TILES_ATTRIBUTION"),
+                qEnvironmentVariable("CORVANTA_MAP_TILES_ATTRIBUTION_URL")};
+    }
+    const auto chosen = [&preferences](const QString& key) { return preferences.data(key); };
+    if (const auto url = chosen(u"mapTilesURL"_s)) {
+        return {QString::fromUtf8(*url), QString::fromUtf8(chosen(u"mapTilesAttribution"_s).value_or(QByteArray())),
+                QString::fromUtf8(chosen(u"mapTilesAttributionURL"_s).value_or(QByteArray()))};
+    }
+    return {QStringLiteral(CORVANTA_MAP_TILES_URL), QStringLiteral(CORVANTA_MAP_TILES_ATTRIBUTION),
+            QStringLiteral(CORVANTA_MAP_TILES_ATTRIBUTION_URL)};
 }
 
 } // namespace
 
 MapTileOptions MapSetup::tileOptions(const PreferencesStore& preferences) {
     MapTileOptions options;
-    options.urlTemplate = tilesURL(preferences).trimmed();
+    const TileSource source = tileSource(preferences);
+    options.urlTemplate = source.url.trimmed();
+    options.attributionText = source.attributionText.trimmed();
+    options.attributionAddress = source.attributionAddress.trimmed();
     options.userAgent = u"%1/%2 (map of the control window)"_s.arg(QCoreApplication::applicationName(),
                                                                    QCoreApplication::applicationVersion());
     const QString caches = QStandardPaths::writableLocation(QStandardPaths::CacheLocation);

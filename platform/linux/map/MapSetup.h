@@ -19,7 +19,7 @@ class PreferencesStore;
 namespace MapSetup {
 
 /// The tiles that the environment names in CORVANTA_MAP_TILES_URL, or else the preference "mapTilesURL", or else the
-/// build; an empty text in any of them stands for no tiles.
+/// build; an empty text in any of them stands for no tiles. Whoever names them says whose they are as well.
 [[nodiscard]] MapTileOptions tileOptions(const PreferencesStore& preferences);
 
 } // namespace MapSetup

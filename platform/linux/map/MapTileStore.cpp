@@ -19,7 +19,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr qint64 fadeTime = 220;
-constexpr std::size_t mostKept = 160;
 /// A server that failed so often in a row is left alone altogether for a while.
 constexpr int patience = 3;
 
@@ -29,6 +28,10 @@ QUrl urlFor(const QString& urlTemplate, const MapTile& tile) {
     text.replace(u"{x}"_s, QString::number(tile.column));
     text.replace(u"{y}"_s, QString::number(tile.row));
     return QUrl(text, QUrl::StrictMode);
+}
+
+bool isOpenStreetMap(const QString& host) {
+    return host == u"openstreetmap.org"_s || host.endsWith(u".openstreetmap.org"_s);
 }
 
 /// Turns the lightness round and keeps the hue, somewhat softer than paper is white.
@@ -42,6 +45,18 @@ QRgb darkened(QRgb pixel) {
     const int turnedBlue = (109 * red + 366 * green - 219 * blue) / 256;
     const auto soft = [](int value) { return 34 + std::clamp(value, 0, 255) * 188 / 255; };
     return qRgba(soft(turnedRed), soft(turnedGreen), soft(turnedBlue), qAlpha(pixel));
+}
+
+/// The format that the first bytes tell of, of those that tile servers send; none of all the others that could be
+/// read, so that no server chooses which decoder its bytes go to.
+QByteArray formatOf(const QByteArray& bytes) {
+    if (bytes.startsWith("\x89PNG\r\n\x1a\n"))
+        return "png";
+    if (bytes.startsWith("\xff\xd8\xff"))
+        return "jpeg";
+    if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP")
+        return "webp";
+    return {};
 }
 
 bool contains(const std::vector<MapTile>& tiles, const MapTile& tile) {
@@ -59,16 +74,27 @@ bool MapTileOptions::isUsable() const {
 }
 
 QString MapTileOptions::attribution() const {
+    if (!attributionText.isEmpty())
+        return attributionText;
     const QString host = urlFor(urlTemplate, {0, 0, 0}).host();
-    return host == u"openstreetmap.org"_s || host.endsWith(u".openstreetmap.org"_s) || host == u"127.0.0.1"_s
-               ? u"© OpenStreetMap contributors"_s
-               : u"© %1"_s.arg(host);
+    return isOpenStreetMap(host) ? u"© OpenStreetMap contributors"_s : u"© %1"_s.arg(host);
+}
+
+QUrl MapTileOptions::attributionUrl() const {
+    const bool isDefault = attributionAddress.isEmpty() && attributionText.isEmpty() &&
+                           isOpenStreetMap(urlFor(urlTemplate, {0, 0, 0}).host());
+    const QUrl url(isDefault ? u"https://www.openstreetmap.org/copyright"_s : attributionAddress, QUrl::StrictMode);
+    return url.isValid() && (url.scheme() == u"https"_s || url.scheme() == u"http"_s) ? url : QUrl();
 }
 
 QImage MapTileDecoder::decode(const QByteArray& bytes, int mostPixels, bool isDark) {
+    const QByteArray format = formatOf(bytes);
+    if (format.isEmpty())
+        return {};
     QBuffer buffer;
     buffer.setData(bytes);
-    QImageReader reader(&buffer);
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();
     if (size.isEmpty() || size.width() > mostPixels || size.height() > mostPixels)
         return {};
@@ -111,10 +137,14 @@ MapTileStore::MapTileStore(const MapTileOptions& options, QObject* parent)
 }
 
 MapTileStore::~MapTileStore() {
-    for (const auto& [tile, reply] : std::exchange(m_replies, {})) {
+    const auto drop = [this](QNetworkReply* reply) {
         reply->disconnect(this);
         reply->abort();
-    }
+    };
+    for (const auto& [tile, request] : std::exchange(m_requests, {}))
+        drop(request.reply);
+    for (const auto& [tile, reply] : std::exchange(m_lookUps, {}))
+        drop(reply);
     m_thread.quit();
     m_thread.wait();
 }
@@ -130,23 +160,34 @@ void MapTileStore::show(const std::vector<MapTile>& tiles) {
     if (tiles == m_wanted)
         return;
     m_wanted = tiles;
-    const auto isUnwanted = [this](const auto& entry) { return !contains(m_wanted, entry.first); };
+    const auto isPast = [this](const MapTile& tile) { return !contains(m_wanted, tile) && !m_kept.contains(tile); };
+    std::erase_if(m_lookedUp, isPast);
+    std::erase_if(m_answered, isPast);
     std::vector<QNetworkReply*> unwanted;
-    for (const auto& entry : m_replies) {
-        if (isUnwanted(entry))
-            unwanted.push_back(entry.second);
+    for (const auto& [tile, request] : m_requests) {
+        if (!contains(m_wanted, tile))
+            unwanted.push_back(request.reply);
     }
     for (QNetworkReply* const reply : unwanted)
         reply->abort();
     requestNext();
 }
 
+void MapTileStore::pause() {
+    m_wanted.clear();
+    m_retry.stop();
+}
+
 void MapTileStore::setDark(bool isDark) {
     if (std::exchange(m_isDark, isDark) == isDark)
         return;
-    // The answers are still in the cache.
     m_kept.clear();
+    m_keptBytes = 0;
     m_decoding.clear();
+    m_lookedUp.clear();
+    // The answers are still on disk otherwise.
+    if (m_network.cache() == nullptr)
+        m_answered.clear();
     ++m_generation;
     requestNext();
 }
@@ -167,31 +208,67 @@ bool MapTileStore::isFading() const {
 }
 
 void MapTileStore::requestNext() {
-    if (m_clock.elapsed() < m_nextTry) {
-        wakeForRetry();
-        return;
-    }
-    for (const MapTile& tile : m_wanted) {
-        if (static_cast<int>(m_replies.size()) >= m_options.mostRequests)
-            return;
-        const auto failure = m_failures.find(tile);
-        const bool mustWait = failure != m_failures.end() && failure->second.nextTry > m_clock.elapsed();
-        if (!mustWait && !m_kept.contains(tile) && !m_replies.contains(tile) && !m_decoding.contains(tile))
-            request(tile, false);
+    lookUp();
+    if (m_clock.elapsed() >= m_nextTry) {
+        for (const MapTile& tile : m_wanted) {
+            if (static_cast<int>(m_requests.size()) >= m_options.mostRequests)
+                return;
+            const auto failure = m_failures.find(tile);
+            const bool mustWait = failure != m_failures.end() && failure->second.nextTry > m_clock.elapsed();
+            const bool isUnderWay = m_requests.contains(tile) || m_lookUps.contains(tile) || m_decoding.contains(tile);
+            if (!mustWait && !isUnderWay && !m_answered.contains(tile))
+                request(tile);
+        }
     }
     wakeForRetry();
 }
 
-void MapTileStore::request(const MapTile& tile, bool fromCacheAlone) {
+void MapTileStore::lookUp() {
+    if (m_network.cache() == nullptr)
+        return;
+    for (const MapTile& tile : m_wanted) {
+        const bool isThere = m_kept.contains(tile) || m_decoding.contains(tile) || m_requests.contains(tile);
+        if (!isThere && !m_lookUps.contains(tile) && m_lookedUp.insert(tile).second)
+            lookUp(tile);
+    }
+}
+
+void MapTileStore::lookUp(const MapTile& tile) {
+    QNetworkRequest request = requestFor(tile);
+    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysCache);
+    QNetworkReply* const reply = m_network.get(request);
+    m_lookUps[tile] = reply;
+    connect(reply, &QNetworkReply::finished, this, [this, reply, tile] {
+        reply->deleteLater();
+        m_lookUps.erase(tile);
+        if (reply->error() == QNetworkReply::NoError)
+            decode(tile, *reply);
+        else
+            m_answered.erase(tile);
+        requestNext();
+    });
+}
+
+QNetworkRequest MapTileStore::requestFor(const MapTile& tile) const {
     QNetworkRequest request(urlFor(m_options.urlTemplate, tile));
     request.setHeader(QNetworkRequest::UserAgentHeader, m_options.userAgent);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
-                         fromCacheAlone ? QNetworkRequest::AlwaysCache : QNetworkRequest::PreferNetwork);
+    // Nobody needs to be recognised for a map.
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
+    return request;
+}
+
+void MapTileStore::request(const MapTile& tile) {
+    QNetworkRequest request = requestFor(tile);
+    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::PreferNetwork);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, true);
     request.setMaximumRedirectsAllowed(3);
     request.setTransferTimeout(static_cast<int>(m_options.timeout.count()));
     QNetworkReply* const reply = m_network.get(request);
-    m_replies[tile] = reply;
+    m_requests[tile] = {reply};
+    // A server that sends a byte now and then keeps the other limit from ever being reached.
+    QTimer::singleShot(m_options.deadline, reply, &QNetworkReply::abort);
     // Not by its progress, which is told of ten times a second only.
     reply->setReadBufferSize(m_options.mostBytes + 1);
     const auto refuseTooMuch = [this, reply] {
@@ -201,47 +278,57 @@ void MapTileStore::request(const MapTile& tile, bool fromCacheAlone) {
     };
     connect(reply, &QNetworkReply::metaDataChanged, this, refuseTooMuch);
     connect(reply, &QNetworkReply::readyRead, this, refuseTooMuch);
-    connect(reply, &QNetworkReply::finished, this,
-            [this, reply, tile, fromCacheAlone] { receive(reply, tile, fromCacheAlone); });
+    connect(reply, &QNetworkReply::requestSent, this, [this, tile] {
+        if (const auto request = m_requests.find(tile); request != m_requests.end())
+            request->second.hasLeft = true;
+    });
+    connect(reply, &QNetworkReply::finished, this, [this, tile] { receive(tile); });
 }
 
-void MapTileStore::receive(QNetworkReply* reply, const MapTile& tile, bool fromCacheAlone) {
-    reply->deleteLater();
-    m_replies.erase(tile);
-    const bool isWanted = contains(m_wanted, tile);
-    if (reply->error() == QNetworkReply::NoError) {
+void MapTileStore::receive(const MapTile& tile) {
+    const Request request = m_requests[tile];
+    QNetworkReply& reply = *request.reply;
+    reply.deleteLater();
+    m_requests.erase(tile);
+    const bool isFromDisk = reply.attribute(QNetworkRequest::SourceIsFromCacheAttribute).toBool();
+    const bool isMissing = reply.error() == QNetworkReply::ContentNotFoundError;
+    const bool hasAnswered = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() != 0 &&
+                             (reply.error() == QNetworkReply::NoError || isMissing);
+    // An answer that was kept says nothing about the server, unless that was asked whether it still holds.
+    if (hasAnswered && (request.hasLeft || !isFromDisk))
         m_failuresInARow = 0;
-        m_decoding.insert(tile);
-        Q_EMIT decodingWanted(tile, reply->read(m_options.mostBytes), m_isDark, m_generation);
-    } else if (isWanted) {
-        const bool hasAnswered = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() != 0;
-        if (hasAnswered && reply->error() == QNetworkReply::ContentNotFoundError) {
-            m_failuresInARow = 0;
-        } else if (!fromCacheAlone) {
-            if (++m_failuresInARow >= patience)
-                m_nextTry = m_clock.elapsed() + pauseAfter(m_failuresInARow - patience + 1).count();
-            // What was kept from an earlier day is better than nothing.
-            if (!hasAnswered && m_network.cache() != nullptr) {
-                request(tile, true);
-                return;
-            }
-        }
+    if (reply.error() == QNetworkReply::NoError) {
+        m_answered.insert(tile);
+        if (!isFromDisk || !m_kept.contains(tile))
+            decode(tile, reply);
+    } else if (contains(m_wanted, tile)) {
+        if (!isMissing && ++m_failuresInARow >= patience)
+            m_nextTry = m_clock.elapsed() + pauseAfter(m_failuresInARow - patience + 1).count();
         failed(tile);
     }
     requestNext();
+}
+
+void MapTileStore::decode(const MapTile& tile, QNetworkReply& reply) {
+    m_decoding.insert(tile);
+    Q_EMIT decodingWanted(tile, reply.read(m_options.mostBytes), m_isDark, m_generation);
 }
 
 void MapTileStore::keep(const MapTile& tile, const QImage& image, int generation) {
     if (generation != m_generation)
         return;
     m_decoding.erase(tile);
-    if (image.isNull()) {
-        failed(tile);
-    } else {
-        m_failures.erase(tile);
-        m_kept[tile] = {image, m_clock.elapsed(), m_frame};
+    if (!image.isNull()) {
+        if (m_answered.contains(tile))
+            m_failures.erase(tile);
+        const auto old = m_kept.find(tile);
+        // What replaces an older picture of the same place has no need to fade in again.
+        m_keptBytes += image.sizeInBytes() - (old == m_kept.end() ? 0 : old->second.image.sizeInBytes());
+        m_kept[tile] = {image, old == m_kept.end() ? m_clock.elapsed() : old->second.arrival, m_frame};
         forgetUnseen();
         Q_EMIT tileArrived();
+    } else if (m_answered.erase(tile) != 0) {
+        failed(tile);
     }
     requestNext();
 }
@@ -260,7 +347,7 @@ void MapTileStore::wakeForRetry() {
     qint64 next = -1;
     for (const MapTile& tile : m_wanted) {
         const auto failure = m_failures.find(tile);
-        if (failure != m_failures.end() && !m_kept.contains(tile) && !m_replies.contains(tile))
+        if (failure != m_failures.end() && !m_answered.contains(tile) && !m_requests.contains(tile))
             next = next < 0 ? failure->second.nextTry : std::min(next, failure->second.nextTry);
     }
     if (m_nextTry > m_clock.elapsed())
@@ -270,9 +357,15 @@ void MapTileStore::wakeForRetry() {
 }
 
 void MapTileStore::forgetUnseen() {
-    while (m_kept.size() > mostKept) {
+    while (m_keptBytes > m_options.mostKeptBytes) {
         const auto oldest =
             std::ranges::min_element(m_kept, {}, [](const auto& entry) { return entry.second.lastShown; });
+        // What is in sight would only be asked for again.
+        if (oldest->second.lastShown == m_frame)
+            return;
+        m_keptBytes -= oldest->second.image.sizeInBytes();
+        m_lookedUp.erase(oldest->first);
+        m_answered.erase(oldest->first);
         m_kept.erase(oldest);
     }
 }

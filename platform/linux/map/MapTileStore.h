@@ -16,6 +16,7 @@
 #include <vector>
 
 class QNetworkReply;
+class QNetworkRequest;
 
 namespace corvanta {
 
@@ -43,7 +44,8 @@ private:
 /// The map tiles that are seen, as they arrive from a server. Main thread only, and never keeps it waiting.
 ///
 /// Only what is seen is asked for, as the answers' own rules about keeping them allow, and a server that fails is left
-/// alone for longer and longer. Nothing is ever said about a tile that does not come: the base map is there.
+/// alone for longer and longer. What was kept on disk is shown first, however old and whatever the server does. Nothing
+/// is ever said about a tile that does not come: the base map is there.
 class MapTileStore final : public QObject {
     Q_OBJECT
 
@@ -57,6 +59,10 @@ public:
 
     /// What is seen from now on, the most wanted first. What else was asked for is not waited for any more.
     void show(const std::vector<MapTile>& tiles);
+
+    /// Asks for nothing more until the next `show`: the map moves by itself, or nobody sees it. What was asked for may
+    /// still arrive.
+    void pause();
 
     void setDark(bool isDark);
 
@@ -88,14 +94,24 @@ private:
         quint64 lastShown = 0;
     };
 
+    struct Request {
+        QNetworkReply* reply = nullptr;
+        /// Whether the server was asked, rather than the disk alone.
+        bool hasLeft = false;
+    };
+
     struct Failure {
         int count = 0;
         qint64 nextTry = 0;
     };
 
     void requestNext();
-    void request(const MapTile& tile, bool fromCacheAlone);
-    void receive(QNetworkReply* reply, const MapTile& tile, bool fromCacheAlone);
+    [[nodiscard]] QNetworkRequest requestFor(const MapTile& tile) const;
+    void lookUp();
+    void lookUp(const MapTile& tile);
+    void request(const MapTile& tile);
+    void receive(const MapTile& tile);
+    void decode(const MapTile& tile, QNetworkReply& reply);
     void keep(const MapTile& tile, const QImage& image, int generation);
     void failed(const MapTile& tile);
     void wakeForRetry();
@@ -110,12 +126,18 @@ private:
     std::vector<MapTile> m_wanted;
     std::map<MapTile, Kept> m_kept;
     std::map<MapTile, Failure> m_failures;
-    std::map<MapTile, QNetworkReply*> m_replies;
+    std::map<MapTile, Request> m_requests;
+    /// What is being looked for on disk, and what has been.
+    std::map<MapTile, QNetworkReply*> m_lookUps;
+    std::set<MapTile> m_lookedUp;
     std::set<MapTile> m_decoding;
+    /// What the server, or its own rules about keeping, has answered for.
+    std::set<MapTile> m_answered;
     /// Failures of the server as a whole, one after the other.
     int m_failuresInARow = 0;
     qint64 m_nextTry = 0;
     quint64 m_frame = 0;
+    qint64 m_keptBytes = 0;
     int m_generation = 0;
     bool m_isDark = false;
     bool m_fades = true;

@@ -19,6 +19,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <utility>
@@ -46,6 +47,43 @@ constexpr MapFlight::Duration quick{0.22};
 
 MapScale::Units unitsOf(const QLocale& locale) {
     return locale.measurementSystem() == QLocale::MetricSystem ? MapScale::Units::metric : MapScale::Units::imperial;
+}
+
+/// Draws a part of a picture, from 0 to 1, onto a part of the world. Of what reaches behind the camera, where it would
+/// be turned inside out, only what lies before it.
+void paintTile(QPainter& painter, const MapProjection& now, const QImage& image, const QRectF& source,
+               const QRectF& place, int halvings = 5) {
+    std::array<QPointF, 4> corners{place.topLeft(), place.topRight(), place.bottomRight(), place.bottomLeft()};
+    for (QPointF& corner : corners)
+        corner = now.groundUnwrapped({corner.x(), corner.y()});
+    const auto isBefore = [&now](const QPointF& ground) { return now.isBeforeCamera(ground); };
+    if (!std::ranges::all_of(corners, isBefore)) {
+        if (halvings == 0 || std::ranges::none_of(corners, isBefore))
+            return;
+        for (const QPointF& half : {QPointF(0, 0), QPointF(0.5, 0), QPointF(0, 0.5), QPointF(0.5, 0.5)}) {
+            const auto quarter = [&half](const QRectF& all) {
+                return QRectF(all.x() + half.x() * all.width(), all.y() + half.y() * all.height(), all.width() / 2,
+                              all.height() / 2);
+            };
+            paintTile(painter, now, image, quarter(source), quarter(place), halvings - 1);
+        }
+        return;
+    }
+    const QSizeF size = image.size();
+    const QRectF pixels(source.x() * size.width(), source.y() * size.height(), source.width() * size.width(),
+                        source.height() * size.height());
+    QPolygonF shown;
+    for (const QPointF& corner : corners)
+        shown.append(now.shown(corner));
+    QTransform transform;
+    if (!QTransform::quadToQuad(
+            QPolygonF{pixels.topLeft(), pixels.topRight(), pixels.bottomRight(), pixels.bottomLeft()}, shown,
+            transform))
+        return;
+    painter.save();
+    painter.setTransform(transform, true);
+    painter.drawImage(pixels, image, pixels);
+    painter.restore();
 }
 
 } // namespace
@@ -81,8 +119,12 @@ MapView::MapView(const MapSources& sources, QWidget* parent)
         north.pitch = 0;
         setCamera(north, MapMotion::animated);
     });
-    connect(m_attribution, &QAbstractButton::clicked, this,
-            [] { QDesktopServices::openUrl(QUrl(u"https://www.openstreetmap.org/copyright"_s)); });
+    connect(m_attribution, &QAbstractButton::clicked, this, [this] {
+        if (const QUrl url = m_tiles.options().attributionUrl(); !url.isEmpty())
+            QDesktopServices::openUrl(url);
+    });
+    if (m_tiles.options().attributionUrl().isEmpty())
+        m_attribution->unsetCursor();
     takePalette();
 }
 
@@ -294,24 +336,11 @@ void MapView::paintTiles(QPainter& painter, const MapProjection& now) {
         MapTileStore::Picture picture = m_tiles.picture(one.tile);
         // Until it is there, or quite opaque, an earlier zoom's picture of the same land stands in.
         const auto draw = [&](const MapTileStore::Picture& drawn, const QRectF& source) {
-            const double side = std::exp2(-one.tile.zoom);
-            const WorldPoint corner = MapTiles::corner(one);
-            const auto at = [&](double right, double down) {
-                return now.shown(now.groundUnwrapped({corner.x + right * side, corner.y + down * side}));
-            };
-            const QSizeF size = drawn.image->size();
-            const QRectF pixels(source.x() * size.width(), source.y() * size.height(), source.width() * size.width(),
-                                source.height() * size.height());
-            QTransform transform;
-            if (!QTransform::quadToQuad(
-                    QPolygonF{pixels.topLeft(), pixels.topRight(), pixels.bottomRight(), pixels.bottomLeft()},
-                    QPolygonF{at(0, 0), at(1, 0), at(1, 1), at(0, 1)}, transform))
-                return;
-            painter.save();
-            painter.setTransform(transform, true);
             painter.setOpacity(drawn.opacity);
-            painter.drawImage(pixels, *drawn.image, pixels);
-            painter.restore();
+            paintTile(painter, now, *drawn.image, source,
+                      {QPointF(MapTiles::corner(one).x, MapTiles::corner(one).y),
+                       QSizeF(std::exp2(-one.tile.zoom), std::exp2(-one.tile.zoom))});
+            painter.setOpacity(1);
             isAnyShown = true;
         };
         if (picture.image == nullptr || picture.opacity < 1) {
@@ -329,7 +358,13 @@ void MapView::paintTiles(QPainter& painter, const MapProjection& now) {
         if (picture.image != nullptr)
             draw(picture, part);
     }
-    m_tiles.show(wanted);
+    // Whatever a flight passes over would be out of sight again before it came.
+    if (m_flight || m_inertia || !isVisible())
+        m_tiles.pause();
+    else
+        m_tiles.show(wanted);
+    if (m_tiles.isFading() && !m_frames.isActive())
+        m_frames.start();
     if (std::exchange(m_showsTiles, isAnyShown) != isAnyShown)
         QMetaObject::invokeMethod(this, &MapView::placeControls, Qt::QueuedConnection);
 }
@@ -421,6 +456,10 @@ void MapView::resizeEvent(QResizeEvent*) {
     else
         moveTo(MapCameras::bounded(destination(), viewport()));
     placeControls();
+}
+
+void MapView::hideEvent(QHideEvent*) {
+    m_tiles.pause();
 }
 
 void MapView::changeEvent(QEvent* event) {
@@ -532,7 +571,7 @@ void MapView::mousePressEvent(QMouseEvent* event) {
 
 void MapView::mouseMoveEvent(QMouseEvent* event) {
     const QPointF point = event->position();
-    m_wheel.pointerMoved(point);
+    m_wheel.pointerMoved(event->globalPosition());
     const QPointF way = point - m_pressPoint;
     if (m_drag == Drag::pressed && std::hypot(way.x(), way.y()) >= clickSlack) {
         m_drag = Drag::moving;
@@ -587,7 +626,9 @@ void MapView::mouseDoubleClickEvent(QMouseEvent* event) {
 void MapView::wheelEvent(QWheelEvent* event) {
     const bool isModified = event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier);
     const std::chrono::milliseconds now(m_inputClock.elapsed());
-    if (!m_features.isZoomEnabled || !m_wheel.takes(now, isModified, hasFocus())) {
+    // A click leaves the focus here, long after the pointer has gone elsewhere; the keyboard is what counts.
+    const bool hasKeyboard = hasFocus() && m_showsCrosshair;
+    if (!m_features.isZoomEnabled || !m_wheel.takes(now, isModified, hasKeyboard)) {
         event->ignore();
         return;
     }
