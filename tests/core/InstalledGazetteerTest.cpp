@@ -85,8 +85,7 @@ TEST_F(InstalledGazetteer, KnowsEachWordOfEachNameInTheOrderThatTheSearchExpects
 }
 
 TEST_F(InstalledGazetteer, FindsEveryKindOfSpelling) {
-    for (const QString& text :
-         {u"munich"_s, u"münchen"_s, u"munchen"_s, u"muenchen"_s, u"MÜNCHEN"_s, u"мюнхен"_s})
+    for (const QString& text : {u"munich"_s, u"münchen"_s, u"munchen"_s, u"muenchen"_s, u"MÜNCHEN"_s, u"мюнхен"_s})
         EXPECT_EQ(first(text), "Munich, Bavaria, Germany") << text.toStdString();
     EXPECT_EQ(first(u"köln"_s), "Köln, North Rhine-Westphalia, Germany");
     EXPECT_EQ(first(u"koeln"_s), "Köln, North Rhine-Westphalia, Germany");
