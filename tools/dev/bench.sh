@@ -7,8 +7,8 @@ verb_bench() {
     cat <<'TEXT'
 usage: ./dev bench [arguments of the benchmarks]
 
-Builds the release preset with the benchmarks and runs each program that lands in build/release/bench. Installs what they
-are measured against first.
+Builds the benchmarks optimised and runs each program that lands in build/release/bench. Installs what they are measured
+against first.
 TEXT
     return
   fi
@@ -16,7 +16,7 @@ TEXT
   ensure_setup
   install_packages libsqlite3-dev
   configure_preset release -DCORVANTA_BUILD_BENCHMARKS=ON
-  build_preset release
+  build_preset release --target CorvantaBenchmarks
   local program
   for program in build/release/bench/*; do
     [[ -f $program && -x $program ]] || continue
