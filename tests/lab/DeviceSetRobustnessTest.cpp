@@ -256,14 +256,18 @@ TEST_F(DeviceSetRobustness, RemovesADeviceOnceForTwoCommandsAtOnce) {
 TEST_F(DeviceSetRobustness, ATurnGoesOnWithTheProgramThatInheritsIt) {
     layOut();
     const DeviceSet set(path());
+    // A process lets go of its files some time before it can be waited for, so what it did last tells, not its end.
+    const QString done = path() + u"/done"_s;
     pid_t process = 0;
     {
         // The launcher goes, as if it was ended here; its device is still on its way.
         const lab::FileLock turn = set.takeTurn(first);
-        process = lab::startDetached(u"/bin/sleep"_s, {u"0.2"_s}, path() + u"/sleep.log"_s, turn.descriptor());
+        process = lab::startDetached(u"/bin/sh"_s, {u"-c"_s, u"sleep 0.2; : > \"$1\""_s, u"sh"_s, done},
+                                     path() + u"/sleep.log"_s, turn.descriptor());
     }
     const lab::FileLock next = set.takeTurn(first);
-    EXPECT_EQ(waitpid(process, nullptr, WNOHANG), process) << "the turn came only after its end";
+    EXPECT_TRUE(QFile::exists(done)) << "the turn came only when the program had done all it does";
+    EXPECT_EQ(waitpid(process, nullptr, 0), process);
 }
 
 TEST_F(DeviceSetRobustness, CountsBothOfTwoChangesOfSettingsAtOnce) {
