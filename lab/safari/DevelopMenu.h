@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "DeviceMenuItem.h"
 #include "GlibPointers.h"
-#include "InspectableTarget.h"
-#include "LabDevice.h"
 
 #include <gtk/gtk.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,9 +19,7 @@ namespace corvanta::lab {
 /// reads the menu sees a half of it. Main thread only.
 class DevelopMenu {
 public:
-    using InspectHandler = std::function<void(const std::string& busName, const TargetIdentifier& target)>;
-
-    explicit DevelopMenu(InspectHandler onInspect);
+    explicit DevelopMenu(DeviceMenuItem::Handlers handlers);
     DevelopMenu(const DevelopMenu&) = delete;
     DevelopMenu& operator=(const DevelopMenu&) = delete;
     ~DevelopMenu();
@@ -36,17 +32,17 @@ public:
 
     /// The devices to be listed, in order.
     void setDevices(const std::vector<LabDevice>& devices);
-    /// The pages of a listed device, in the order of opening; ignored for others.
+    /// What a listed device has for the inspector, in the order of opening; ignored for others.
     void setTargets(const std::string& busName, const InspectableTargets& targets);
+    /// What is switched on for a listed device; ignored for others.
+    void setSwitches(const std::string& busName, const DeviceSwitches& switches);
 
 private:
-    class DeviceItem;
-
     GlibPointer<GtkWidget> m_item;
     GtkWidget* m_menu = nullptr;
     GtkWidget* m_placeholder = nullptr;
-    InspectHandler m_onInspect;
-    std::vector<std::unique_ptr<DeviceItem>> m_devices;
+    DeviceMenuItem::Handlers m_handlers;
+    std::vector<std::unique_ptr<DeviceMenuItem>> m_devices;
 };
 
 } // namespace corvanta::lab

@@ -8,28 +8,64 @@
 
 #include <algorithm>
 #include <chrono>
+#include <set>
 #include <utility>
 
 namespace corvanta::lab {
 
-/// What Safari holds of one booted device: the line to its server, its settled pages and their inspectors.
+namespace {
+
+constexpr const char* devicePath = "/dev/corvanta/Lab/Device";
+constexpr const char* samplesInterface = "dev.corvanta.Lab.DeviceSamples1";
+constexpr int answerLimit = 5000;
+
+bool isAmong(const std::vector<LabDevice>& devices, const std::string& busName) {
+    return std::ranges::find(devices, busName, &LabDevice::busName) != devices.end();
+}
+
+} // namespace
+
+/// What Safari holds of one device: the line to its server, its settled targets and their inspectors.
 class Developer::Device {
 public:
-    Device(const LabDevice& device, DevelopMenu& menu)
-        : m_busName(device.busName)
+    Device(LabDevice device, DevelopMenu& menu, std::function<void()> onConnection)
+        : m_device(std::move(device))
         , m_menu(menu)
-        , m_relay(device.inspectorAddress, [this](InspectableTargets targets) { received(std::move(targets)); })
+        , m_onConnection(std::move(onConnection))
+        , m_relay(m_device.inspectorAddress,
+                  {.onTargets = [this](InspectableTargets targets) { received(std::move(targets)); },
+                   .onConnection = [this](bool isConnected) { setConnected(isConnected); }})
         , m_inspectors(m_relay.inspectorAddress()) {}
 
-    [[nodiscard]] const std::string& address() const { return m_relay.address(); }
+    [[nodiscard]] const LabDevice& device() const { return m_device; }
+
+    [[nodiscard]] bool isConnected() const { return m_isConnected; }
+
+    /// Whether this has a device's place for the same server.
+    [[nodiscard]] bool serves(const LabDevice& device) const {
+        return device.busName == m_device.busName && device.inspectorAddress == m_device.inspectorAddress;
+    }
+
+    void setSwitches(const DeviceSwitches& switches) {
+        m_showsInspectors = switches.showsInspectors;
+        m_relay.setPausesContexts(switches.pausesContexts);
+    }
+
+    /// Shows in the menu what is known.
+    void showTargets() { m_menu.setTargets(m_device.busName, m_targets); }
 
     void inspect(const TargetIdentifier& identifier) {
         const auto target = std::ranges::find(m_targets, identifier, &InspectableTarget::identifier);
         if (target != m_targets.end())
-            m_inspectors.inspect(identifier, pageTitle(target->url));
+            m_inspectors.inspect(identifier, targetTitle(*target));
     }
 
 private:
+    void setConnected(bool isConnected) {
+        m_isConnected = isConnected;
+        m_onConnection();
+    }
+
     void received(InspectableTargets targets) {
         m_settler.update(std::move(targets), std::chrono::steady_clock::now());
         schedule();
@@ -55,14 +91,31 @@ private:
     void settle() {
         if (auto targets = m_settler.take(std::chrono::steady_clock::now())) {
             m_targets = std::move(*targets);
-            m_menu.setTargets(m_busName, m_targets);
+            showTargets();
             m_inspectors.setTargets(m_targets);
+            inspectNewContexts();
         }
         schedule();
     }
 
-    std::string m_busName;
+    void inspectNewContexts() {
+        std::set<TargetIdentifier> contexts;
+        for (const InspectableTarget& target : m_targets) {
+            if (target.kind != TargetKind::javaScriptContext)
+                continue;
+            contexts.insert(target.identifier);
+            if (m_showsInspectors && !m_knownContexts.contains(target.identifier))
+                inspect(target.identifier);
+        }
+        m_knownContexts = std::move(contexts);
+    }
+
+    LabDevice m_device;
     DevelopMenu& m_menu;
+    std::function<void()> m_onConnection;
+    bool m_isConnected = false;
+    bool m_showsInspectors = false;
+    std::set<TargetIdentifier> m_knownContexts;
     TargetListSettler m_settler;
     InspectableTargets m_targets;
     SourceGuard m_timer;
@@ -70,28 +123,117 @@ private:
     InspectorPool m_inspectors;
 };
 
-Developer::Developer(GDBusConnection* bus)
-    : m_menu([this](const std::string& busName, const TargetIdentifier& target) { inspect(busName, target); })
-    , m_watcher(bus, [this](const std::vector<LabDevice>& devices) { setDevices(devices); }) {}
+Developer::Developer(GDBusConnection* bus, SafariSettings& settings)
+    : m_bus(retain(bus))
+    , m_settings(settings)
+    , m_menu({.onInspect = [this](const std::string& busName,
+                                  const TargetIdentifier& target) { inspect(busName, target); },
+              .onSwitch =
+                  [this](const std::string& busName, const DeviceSwitches& switches) {
+                      SafariSettingsValues values = m_settings.values();
+                      values.setDevice(LabDevice::identifierOf(busName), switches);
+                      if (const std::string problem = m_settings.set(values); !problem.empty())
+                          g_warning("The switches of a device are not kept: %s", problem.c_str());
+                  }})
+    , m_watcher(bus, [this](const std::vector<LabDevice>& devices) { setDevices(devices); }) {
+    applySettings();
+}
 
 Developer::~Developer() = default;
 
+void Developer::applySettings() {
+    // Whoever has just switched may be an item of a device that is to go.
+    m_update.set(g_idle_add(
+        [](gpointer self) -> gboolean {
+            auto* const developer = static_cast<Developer*>(self);
+            developer->m_update.forget();
+            for (const LabDevice& device : developer->m_booted)
+                developer->setSamples(device);
+            developer->update();
+            return G_SOURCE_REMOVE;
+        },
+        this));
+}
+
 void Developer::setDevices(const std::vector<LabDevice>& devices) {
-    std::vector<LabDevice> booted;
-    std::ranges::copy_if(devices, std::back_inserter(booted),
+    const std::vector<LabDevice> before = std::exchange(m_booted, {});
+    std::ranges::copy_if(devices, std::back_inserter(m_booted),
                          [](const LabDevice& device) { return device.isBooted() && !device.inspectorAddress.empty(); });
-    m_menu.setDevices(booted);
-    std::erase_if(m_devices, [&booted](const auto& known) {
-        return std::ranges::none_of(booted, [&known](const LabDevice& device) {
-            return device.busName == known.first && device.inspectorAddress == known.second->address();
-        });
-    });
-    for (const LabDevice& device : booted) {
-        if (!m_devices.contains(device.busName)) {
-            m_menu.setTargets(device.busName, {});
-            m_devices.emplace(device.busName, std::make_unique<Device>(device, m_menu));
-        }
+    for (const LabDevice& device : m_booted) {
+        if (!isAmong(before, device.busName))
+            setSamples(device);
     }
+    update();
+}
+
+void Developer::update() {
+    for (const LabDevice& device : m_booted)
+        remember(device);
+    std::vector<LabDevice> devices = remembered();
+    devices.insert(devices.end(), m_booted.begin(), m_booted.end());
+    std::erase_if(m_devices, [&devices](const auto& known) {
+        return std::ranges::none_of(devices,
+                                    [&known](const LabDevice& device) { return known.second->serves(device); });
+    });
+    for (const LabDevice& device : devices) {
+        if (!m_devices.contains(device.busName))
+            m_devices.emplace(device.busName, std::make_unique<Device>(device, m_menu, [this] { applySettings(); }));
+        m_devices.at(device.busName)->setSwitches(m_settings.values().device(device.identifier()));
+    }
+    std::erase_if(devices, [this](const LabDevice& device) {
+        return !isAmong(m_booted, device.busName) && !m_devices.at(device.busName)->isConnected();
+    });
+    std::ranges::sort(devices, comesBefore);
+    m_menu.setDevices(devices);
+    for (const LabDevice& device : devices) {
+        m_menu.setSwitches(device.busName, m_settings.values().device(device.identifier()));
+        m_devices.at(device.busName)->showTargets();
+    }
+}
+
+std::vector<LabDevice> Developer::remembered() const {
+    std::vector<LabDevice> devices;
+    for (const auto& [identifier, switches] : m_settings.values().devices) {
+        LabDevice device{
+            .busName = LabDevice::busNameOf(identifier),
+            .name = switches.name,
+            .runtimeName = switches.runtimeName,
+            .state = "Booted",
+            .inspectorAddress = switches.inspectorAddress,
+        };
+        // Another device may have got the port since.
+        const bool isTaken =
+            std::ranges::find(m_booted, device.inspectorAddress, &LabDevice::inspectorAddress) != m_booted.end();
+        if (switches.connectsViaNetwork && !switches.inspectorAddress.empty() && !isTaken &&
+            !isAmong(m_booted, device.busName))
+            devices.push_back(std::move(device));
+    }
+    return devices;
+}
+
+void Developer::remember(const LabDevice& device) {
+    SafariSettingsValues values = m_settings.values();
+    DeviceSwitches switches = values.device(device.identifier());
+    if (!switches.connectsViaNetwork)
+        return;
+    switches.name = device.name;
+    switches.runtimeName = device.runtimeName;
+    switches.inspectorAddress = device.inspectorAddress;
+    values.setDevice(device.identifier(), switches);
+    if (const std::string problem = m_settings.set(values); !problem.empty())
+        g_warning("The address of %s is not kept: %s", device.name.c_str(), problem.c_str());
+}
+
+void Developer::setSamples(const LabDevice& device) {
+    callSamples(device.busName, "JSContext", m_settings.values().sampleContext);
+    callSamples(device.busName, "WebExtension", m_settings.values().sampleExtension);
+}
+
+void Developer::callSamples(const std::string& busName, const char* sample, bool isPresent) {
+    // A device that has no samples answers with an error, which changes nothing.
+    g_dbus_connection_call(m_bus.get(), busName.c_str(), devicePath, samplesInterface, "SetPresent",
+                           g_variant_new("(sb)", sample, isPresent ? TRUE : FALSE), nullptr,
+                           G_DBUS_CALL_FLAGS_NO_AUTO_START, answerLimit, nullptr, nullptr, nullptr);
 }
 
 void Developer::inspect(const std::string& busName, const TargetIdentifier& target) {

@@ -8,7 +8,7 @@
 
 namespace corvanta::lab {
 
-/// Names a page for the whole life of a device's inspector server: numbers are never given twice.
+/// Names a target for the whole life of a device's inspector server: numbers are never given twice.
 struct TargetIdentifier {
     std::uint64_t connection = 0;
     std::uint64_t target = 0;
@@ -16,12 +16,24 @@ struct TargetIdentifier {
     auto operator<=>(const TargetIdentifier&) const = default;
 };
 
-/// One page that can be inspected, as the device's inspector server tells it.
+/// What the Develop menu tells apart.
+enum class TargetKind {
+    page,
+    /// The background page or the pop-up of a web extension.
+    extensionPage,
+    serviceWorker,
+    /// A JavaScript context of an app, without any page.
+    javaScriptContext,
+};
+
+/// Something that can be inspected, as the device's inspector server tells it.
 struct InspectableTarget {
     TargetIdentifier identifier;
-    /// The document's title; may be empty.
+    /// The document's title, or the name that an app has given its context; may be empty.
     std::string name;
+    /// A service worker's is that of its scope; a context has none.
     std::string url;
+    TargetKind kind = TargetKind::page;
 
     bool operator==(const InspectableTarget&) const = default;
 };

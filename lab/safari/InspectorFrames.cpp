@@ -13,6 +13,18 @@ namespace {
 
 constexpr std::size_t headerSize = 5;
 constexpr std::byte littleEndianFlag{1};
+/// Behind the two numbers of the target.
+constexpr std::size_t messageOffset = 2 * sizeof(std::uint64_t);
+
+std::optional<TargetKind> targetKind(std::string_view type, std::string_view url) {
+    if (type == "WebPage")
+        return url.starts_with("safari-web-extension:") ? TargetKind::extensionPage : TargetKind::page;
+    if (type == "ServiceWorker")
+        return TargetKind::serviceWorker;
+    if (type == "JavaScript")
+        return TargetKind::javaScriptContext;
+    return std::nullopt;
+}
 
 } // namespace
 
@@ -82,7 +94,7 @@ std::vector<std::byte> encodeInspectorFrame(const InspectorFrame& frame) {
 }
 
 std::optional<TargetIdentifier> frameTarget(const InspectorFrame& frame) {
-    if (frame.parameters.size() < 2 * sizeof(std::uint64_t))
+    if (frame.parameters.size() < messageOffset)
         return std::nullopt;
     const auto number = [&frame](std::size_t offset) {
         std::uint64_t value = 0;
@@ -90,6 +102,13 @@ std::optional<TargetIdentifier> frameTarget(const InspectorFrame& frame) {
         return frame.isLittleEndian ? GUINT64_FROM_LE(value) : GUINT64_FROM_BE(value);
     };
     return TargetIdentifier{number(0), number(sizeof(std::uint64_t))};
+}
+
+std::optional<std::string_view> frameMessage(const InspectorFrame& frame) {
+    if (frame.parameters.size() <= messageOffset || frame.parameters.back() != std::byte{0})
+        return std::nullopt;
+    return std::string_view(reinterpret_cast<const char*>(frame.parameters.data()) + messageOffset,
+                            frame.parameters.size() - messageOffset - 1);
 }
 
 std::optional<TargetList> decodeTargetList(const InspectorFrame& frame) {
@@ -112,8 +131,8 @@ std::optional<TargetList> decodeTargetList(const InspectorFrame& frame) {
     const char* url = nullptr;
     gboolean hasLocalDebugger = FALSE;
     while (g_variant_iter_next(iterator, "(t&s&s&sb)", &target, &type, &name, &url, &hasLocalDebugger)) {
-        if (std::strcmp(type, "WebPage") == 0)
-            list.targets.push_back({{list.connection, target}, name, url});
+        if (const auto kind = targetKind(type, url))
+            list.targets.push_back({{list.connection, target}, name, url, *kind});
     }
     g_variant_iter_free(iterator);
     std::ranges::sort(list.targets, {}, &InspectableTarget::identifier);

@@ -50,13 +50,18 @@ private:
 /// The same frame again, byte by byte.
 [[nodiscard]] std::vector<std::byte> encodeInspectorFrame(const InspectorFrame& frame);
 
-/// The page that a message of one inspector is about: what its parameters begin with. Nothing when they are too short.
+/// The target that a message of one inspector is about: what its parameters begin with. Nothing when they are too
+/// short.
 [[nodiscard]] std::optional<TargetIdentifier> frameTarget(const InspectorFrame& frame);
 
-/// The pages one process of the device offers.
+/// The text of a "SendMessageToBackend" or "SendMessageToFrontend" frame, which is JSON; nothing when it has none.
+/// Valid as long as the frame is.
+[[nodiscard]] std::optional<std::string_view> frameMessage(const InspectorFrame& frame);
+
+/// What one process of the device offers.
 struct TargetList {
     std::uint64_t connection = 0;
-    /// Web pages only, in the order of their numbers.
+    /// In the order of their numbers; targets of unknown types are left out.
     InspectableTargets targets;
 };
 

@@ -55,7 +55,7 @@ void InspectorPool::setTargets(const InspectableTargets& targets) {
             position = m_inspectors.erase(position);
             continue;
         }
-        if (std::string title = pageTitle(target->url); title != position->second.title) {
+        if (std::string title = targetTitle(*target); title != position->second.title) {
             position->second.process->retitle(title);
             position->second.title = std::move(title);
         }

@@ -9,12 +9,19 @@ namespace corvanta::lab {
 namespace {
 
 constexpr guint retryInterval = 150;
+/// A device that has been away for longer is asked now and then only.
+constexpr int quickAttempts = 40;
+constexpr guint slowRetryInterval = 2000;
+
+/// The number of this object's own command; inspectors count theirs from one.
+constexpr const char* pauseCommand = R"({"id":2000000001,"method":"Debugger.pause"})";
+constexpr std::string_view pauseAnswer = R"("id":2000000001)";
 
 } // namespace
 
-InspectorRelay::InspectorRelay(std::string address, TargetsHandler onTargets)
+InspectorRelay::InspectorRelay(std::string address, Handlers handlers)
     : m_address(std::move(address))
-    , m_onTargets(std::move(onTargets))
+    , m_handlers(std::move(handlers))
     , m_service(g_socket_service_new())
     , m_client(g_socket_client_new())
     , m_cancellable(g_cancellable_new()) {
@@ -92,14 +99,15 @@ void InspectorRelay::connected(GlibPointer<GSocketConnection> connection) {
 }
 
 void InspectorRelay::lost() {
-    const bool wasConnected = m_device != nullptr;
+    const bool hadChannel = m_device != nullptr;
     m_device.reset();
     m_inspectors.clear();
     m_inspected.clear();
+    m_toBePaused.clear();
     m_lists.clear();
     m_listFrames.clear();
     m_retry.set(g_timeout_add(
-        retryInterval,
+        ++m_attempts > quickAttempts ? slowRetryInterval : retryInterval,
         [](gpointer self) -> gboolean {
             auto* const relay = static_cast<InspectorRelay*>(self);
             relay->m_retry.forget();
@@ -107,14 +115,23 @@ void InspectorRelay::lost() {
             return G_SOURCE_REMOVE;
         },
         this));
-    if (wasConnected)
+    if (hadChannel)
         publish();
+    if (std::exchange(m_isConnected, false))
+        m_handlers.onConnection(false);
 }
 
 void InspectorRelay::fromDevice(const InspectorFrame& frame) {
     if (auto list = decodeTargetList(frame)) {
         keepList(std::move(*list), encodeInspectorFrame(frame));
+    } else if (frame.name == "DidSetupInspectorClient") {
+        m_attempts = 0;
+        if (!std::exchange(m_isConnected, true))
+            m_handlers.onConnection(true);
     } else if (frame.name == "SendMessageToFrontend") {
+        const auto message = frameMessage(frame);
+        if (message && message->find(pauseAnswer) != std::string_view::npos)
+            return;
         const auto target = frameTarget(frame);
         const auto inspector = target ? m_inspected.find(*target) : m_inspected.end();
         if (inspector != m_inspected.end())
@@ -154,8 +171,31 @@ void InspectorRelay::fromInspector(Inspectors::iterator inspector, const Inspect
     if (inspected == m_inspected.end() || inspected->second != inspector->channel.get())
         return;
     m_device->send(encodeInspectorFrame(frame));
-    if (frame.name == "FrontendDidClose")
+    if (frame.name == "Setup" && m_pausesContexts && isContext(*target))
+        m_toBePaused.insert(*target);
+    if (m_toBePaused.contains(*target))
+        pauseWhenReady(*target, frame);
+    if (frame.name == "FrontendDidClose") {
         m_inspected.erase(inspected);
+        m_toBePaused.erase(*target);
+    }
+}
+
+bool InspectorRelay::isContext(const TargetIdentifier& target) const {
+    const auto list = m_lists.find(target.connection);
+    return list != m_lists.end() && std::ranges::any_of(list->second, [&target](const InspectableTarget& known) {
+               return known.identifier == target && known.kind == TargetKind::javaScriptContext;
+           });
+}
+
+void InspectorRelay::pauseWhenReady(const TargetIdentifier& target, const InspectorFrame& frame) {
+    // The last word of an inspector's start: its debugger is on by then.
+    const auto message = frameMessage(frame);
+    if (!message || message->find(R"("Inspector.initialized")") == std::string_view::npos)
+        return;
+    m_toBePaused.erase(target);
+    m_device->send(encodeInspectorFrame("SendMessageToBackend",
+                                        g_variant_new("(tts)", target.connection, target.target, pauseCommand)));
 }
 
 void InspectorRelay::left(Inspectors::iterator inspector) {
@@ -163,6 +203,7 @@ void InspectorRelay::left(Inspectors::iterator inspector) {
         const auto& [target, channel] = inspected;
         if (channel != inspector->channel.get())
             return false;
+        m_toBePaused.erase(target);
         if (m_device) {
             m_device->send(
                 encodeInspectorFrame("FrontendDidClose", g_variant_new("(tt)", target.connection, target.target)));
@@ -176,7 +217,7 @@ void InspectorRelay::publish() {
     InspectableTargets all;
     for (const auto& [connection, targets] : m_lists)
         all.insert(all.end(), targets.begin(), targets.end());
-    m_onTargets(std::move(all));
+    m_handlers.onTargets(std::move(all));
 }
 
 } // namespace corvanta::lab

@@ -9,6 +9,7 @@
 #include <list>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 
 namespace corvanta::lab {
@@ -24,11 +25,16 @@ namespace corvanta::lab {
 /// Listens on loopback only. Main thread only.
 class InspectorRelay {
 public:
-    using TargetsHandler = std::function<void(InspectableTargets)>;
+    struct Handlers {
+        /// Every list, the first one included.
+        std::function<void(InspectableTargets)> onTargets;
+        /// The device's server has answered, or has gone away.
+        std::function<void(bool isConnected)> onConnection;
+    };
 
-    /// `address` is the "host:port" of the device's server. `onTargets` is called from the main loop, never from within
-    /// a call into this object, with every list, the first one included.
-    InspectorRelay(std::string address, TargetsHandler onTargets);
+    /// `address` is the "host:port" of the device's server. The handlers are called from the main loop, never from
+    /// within a call into this object.
+    InspectorRelay(std::string address, Handlers handlers);
     InspectorRelay(const InspectorRelay&) = delete;
     InspectorRelay& operator=(const InspectorRelay&) = delete;
     ~InspectorRelay();
@@ -38,6 +44,9 @@ public:
 
     /// Where inspectors connect: "127.0.0.1:PORT".
     [[nodiscard]] const std::string& inspectorAddress() const { return m_inspectorAddress; }
+
+    /// Whether a JavaScript context is paused, at the next statement that it runs, when its inspector is ready.
+    void setPausesContexts(bool pauses) { m_pausesContexts = pauses; }
 
 private:
     struct Inspector {
@@ -57,16 +66,23 @@ private:
     void left(Inspectors::iterator inspector);
     void keepList(TargetList list, std::vector<std::byte> frame);
     void publish();
+    [[nodiscard]] bool isContext(const TargetIdentifier& target) const;
+    void pauseWhenReady(const TargetIdentifier& target, const InspectorFrame& frame);
 
     std::string m_address;
     std::string m_inspectorAddress;
-    TargetsHandler m_onTargets;
+    Handlers m_handlers;
     GlibPointer<GSocketService> m_service;
     GlibPointer<GSocketClient> m_client;
     GlibPointer<GCancellable> m_cancellable;
     std::unique_ptr<InspectorChannel> m_device;
     Inspectors m_inspectors;
     std::map<TargetIdentifier, InspectorChannel*> m_inspected;
+    /// Contexts whose inspector is still getting ready.
+    std::set<TargetIdentifier> m_toBePaused;
+    bool m_pausesContexts = false;
+    bool m_isConnected = false;
+    int m_attempts = 0;
     std::map<std::uint64_t, InspectableTargets> m_lists;
     std::map<std::uint64_t, std::vector<std::byte>> m_listFrames;
     SourceGuard m_retry;

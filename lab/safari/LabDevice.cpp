@@ -3,12 +3,16 @@
 
 #include "GlibPointers.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <vector>
 
 namespace corvanta::lab {
 
 namespace {
+
+constexpr const char* deviceNamePrefix = "dev.corvanta.Lab.Device.U";
 
 std::string sortKey(const std::string& name) {
     const GlibPointer<char> folded(g_utf8_casefold(name.c_str(), -1));
@@ -37,6 +41,20 @@ std::vector<unsigned> versionNumbers(const std::string& runtime) {
 
 std::string LabDevice::title() const {
     return name + " – " + runtimeName;
+}
+
+std::string LabDevice::identifierOf(const std::string& busName) {
+    std::string text = busName;
+    if (text.starts_with(deviceNamePrefix))
+        text.erase(0, std::strlen(deviceNamePrefix));
+    std::ranges::replace(text, '_', '-');
+    return text;
+}
+
+std::string LabDevice::busNameOf(const std::string& identifier) {
+    std::string busName = deviceNamePrefix + identifier;
+    std::ranges::replace(busName, '-', '_');
+    return busName;
 }
 
 bool comesBefore(const LabDevice& left, const LabDevice& right) {

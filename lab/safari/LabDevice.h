@@ -18,6 +18,12 @@ struct LabDevice {
     /// "iPhone 16 Pro – iOS 18.2", the title of its windows and of its menu item.
     [[nodiscard]] std::string title() const;
 
+    /// The device's identifier, as its bus name has it.
+    [[nodiscard]] std::string identifier() const { return identifierOf(busName); }
+
+    [[nodiscard]] static std::string identifierOf(const std::string& busName);
+    [[nodiscard]] static std::string busNameOf(const std::string& identifier);
+
     [[nodiscard]] bool isBooted() const { return state == "Booted"; }
 
     bool operator==(const LabDevice&) const = default;

@@ -7,6 +7,7 @@ namespace corvanta::lab {
 
 namespace {
 
+/// Both kinds of item have the actions of GTK's plain item.
 AtkActionIface* originalActions = nullptr;
 
 gboolean doAction(AtkAction* action, gint index) {
@@ -19,30 +20,45 @@ gboolean doAction(AtkAction* action, gint index) {
     return TRUE;
 }
 
-GType leafAccessibleType() {
-    static const GType type = [] {
-        const GType registered = g_type_register_static_simple(
-            GTK_TYPE_MENU_ITEM_ACCESSIBLE, "CorvantaLeafMenuItemAccessible", sizeof(GtkMenuItemAccessibleClass),
-            nullptr, sizeof(GtkMenuItemAccessible), nullptr, {});
-        const GInterfaceInfo actions{[](gpointer interface, gpointer) {
-                                         originalActions =
-                                             static_cast<AtkActionIface*>(g_type_interface_peek_parent(interface));
-                                         static_cast<AtkActionIface*>(interface)->do_action = doAction;
-                                     },
-                                     nullptr, nullptr};
-        g_type_add_interface_static(registered, ATK_TYPE_ACTION, &actions);
-        return registered;
-    }();
+GType registerAccessible(GType parent, const char* name) {
+    GTypeQuery query;
+    g_type_query(parent, &query);
+    const GType type =
+        g_type_register_static_simple(parent, name, query.class_size, nullptr, query.instance_size, nullptr, {});
+    const GInterfaceInfo actions{[](gpointer interface, gpointer) {
+                                     originalActions =
+                                         static_cast<AtkActionIface*>(g_type_interface_peek_parent(interface));
+                                     static_cast<AtkActionIface*>(interface)->do_action = doAction;
+                                 },
+                                 nullptr, nullptr};
+    g_type_add_interface_static(type, ATK_TYPE_ACTION, &actions);
     return type;
 }
 
+template<typename ItemClass>
+GType registerItem(GType parent, const char* name, GClassInitFunc initialise) {
+    GTypeQuery query;
+    g_type_query(parent, &query);
+    return g_type_register_static_simple(parent, name, sizeof(ItemClass), initialise, query.instance_size, nullptr, {});
+}
+
 GType leafItemType() {
-    static const GType type = g_type_register_static_simple(
-        GTK_TYPE_MENU_ITEM, "CorvantaLeafMenuItem", sizeof(GtkMenuItemClass),
-        [](gpointer itemClass, gpointer) {
-            gtk_widget_class_set_accessible_type(GTK_WIDGET_CLASS(itemClass), leafAccessibleType());
-        },
-        sizeof(GtkMenuItem), nullptr, {});
+    static const GType type =
+        registerItem<GtkMenuItemClass>(GTK_TYPE_MENU_ITEM, "CorvantaLeafMenuItem", [](gpointer itemClass, gpointer) {
+            gtk_widget_class_set_accessible_type(
+                GTK_WIDGET_CLASS(itemClass),
+                registerAccessible(GTK_TYPE_MENU_ITEM_ACCESSIBLE, "CorvantaLeafMenuItemAccessible"));
+        });
+    return type;
+}
+
+GType leafCheckItemType() {
+    static const GType type = registerItem<GtkCheckMenuItemClass>(
+        GTK_TYPE_CHECK_MENU_ITEM, "CorvantaLeafCheckItem", [](gpointer itemClass, gpointer) {
+            gtk_widget_class_set_accessible_type(
+                GTK_WIDGET_CLASS(itemClass),
+                registerAccessible(GTK_TYPE_CHECK_MENU_ITEM_ACCESSIBLE, "CorvantaLeafCheckItemAccessible"));
+        });
     return type;
 }
 
@@ -50,6 +66,10 @@ GType leafItemType() {
 
 GtkWidget* makeLeafMenuItem(const char* title) {
     return GTK_WIDGET(g_object_new(leafItemType(), "label", title, nullptr));
+}
+
+GtkWidget* makeLeafCheckItem(const char* title) {
+    return GTK_WIDGET(g_object_new(leafCheckItemType(), "label", title, nullptr));
 }
 
 } // namespace corvanta::lab

@@ -12,4 +12,7 @@ namespace corvanta::lab {
 /// reference.
 [[nodiscard]] GtkWidget* makeLeafMenuItem(const char* title);
 
+/// The same for an item that is checked or not: a GtkCheckMenuItem.
+[[nodiscard]] GtkWidget* makeLeafCheckItem(const char* title);
+
 } // namespace corvanta::lab

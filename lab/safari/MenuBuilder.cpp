@@ -31,9 +31,7 @@ MenuBuilder& MenuBuilder::item(const char* title, const char* shortcut, Action a
 }
 
 MenuBuilder& MenuBuilder::separator() {
-    GtkWidget* const line = gtk_separator_menu_item_new();
-    gtk_widget_show(line);
-    gtk_menu_shell_append(m_menu, line);
+    gtk_menu_shell_append(m_menu, makeSeparatorItem());
     return *this;
 }
 
@@ -44,6 +42,29 @@ GtkWidget* makeActionItem(const char* title, MenuBuilder::Action action) {
                           owned.release(),
                           [](gpointer data, GClosure*) { delete static_cast<MenuBuilder::Action*>(data); }, {});
     return item;
+}
+
+GtkWidget* makePlainItem(const char* title) {
+    GtkWidget* const item = makeLeafMenuItem(title);
+    gtk_widget_show(item);
+    return item;
+}
+
+GtkWidget* makeSubmenuItem(const char* title) {
+    GtkWidget* const item = gtk_menu_item_new_with_label(title);
+    gtk_widget_show(item);
+    return item;
+}
+
+GtkWidget* makeSeparatorItem() {
+    GtkWidget* const item = gtk_separator_menu_item_new();
+    gtk_widget_show(item);
+    return item;
+}
+
+void relabel(GtkWidget* item, const std::string& title) {
+    if (title != gtk_menu_item_get_label(GTK_MENU_ITEM(item)))
+        gtk_menu_item_set_label(GTK_MENU_ITEM(item), title.c_str());
 }
 
 } // namespace corvanta::lab

@@ -4,6 +4,7 @@
 #include <gtk/gtk.h>
 
 #include <functional>
+#include <string>
 
 namespace corvanta::lab {
 
@@ -30,5 +31,14 @@ private:
 
 /// A menu item that runs `action` when it is chosen; not yet shown.
 [[nodiscard]] GtkWidget* makeActionItem(const char* title, MenuBuilder::Action action);
+
+/// A shown item without an action of its own. Its title comes from a device or a page: no character of it is a mnemonic
+/// or mark-up.
+[[nodiscard]] GtkWidget* makePlainItem(const char* title);
+[[nodiscard]] GtkWidget* makeSubmenuItem(const char* title);
+[[nodiscard]] GtkWidget* makeSeparatorItem();
+
+/// Titles the item anew; says nothing to anybody when that is its title already.
+void relabel(GtkWidget* item, const std::string& title);
 
 } // namespace corvanta::lab

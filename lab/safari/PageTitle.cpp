@@ -65,4 +65,21 @@ std::string pageTitle(const std::string& url) {
     return shortened(part.empty() ? host : host + " — " + part);
 }
 
+std::string targetTitle(const InspectableTarget& target) {
+    switch (target.kind) {
+    case TargetKind::page:
+    case TargetKind::serviceWorker:
+        return pageTitle(target.url);
+    case TargetKind::extensionPage: {
+        const std::string file = lastPathPart(target.url);
+        const char* const kind = file.find("popup") == std::string::npos ? "Background" : "Pop-up";
+        const std::string page = std::string("Extension ") + kind + " Page — ";
+        return shortened(page + (target.name.empty() ? file : target.name + " — " + file));
+    }
+    case TargetKind::javaScriptContext:
+        return target.name.empty() ? "JSContext" : shortened(target.name);
+    }
+    return {};
+}
+
 } // namespace corvanta::lab

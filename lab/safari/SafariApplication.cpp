@@ -51,7 +51,7 @@ void SafariApplication::startUp() {
     m_settings.emplace([this] { applySettings(); });
     m_settingsWindow.emplace(*m_settings);
     if (GDBusConnection* const bus = g_application_get_dbus_connection(G_APPLICATION(m_application.get()))) {
-        m_developer.emplace(bus);
+        m_developer.emplace(bus, *m_settings);
         GtkWidget* const line = gtk_separator_menu_item_new();
         m_developer->menu().append(line);
         m_developer->menu().append(makeActionItem("Empty Caches", [this] {
@@ -100,7 +100,7 @@ void SafariApplication::handleCommandLine(GApplicationCommandLine* commandLine) 
     }
     if (isFirst && !hasOpened)
         m_browser->openTab({});
-    m_browser->setDeveloperHint(!m_settings->developerFeatures());
+    m_browser->setDeveloperHint(!m_settings->values().developerFeatures);
     if (isFirst)
         m_browser->show(staysInBackground ? Appearance::inBackground : Appearance::inFront);
     else if (!staysInBackground)
@@ -109,9 +109,11 @@ void SafariApplication::handleCommandLine(GApplicationCommandLine* commandLine) 
 
 void SafariApplication::applySettings() {
     if (m_browser)
-        m_browser->setDeveloperHint(!m_settings->developerFeatures());
+        m_browser->setDeveloperHint(!m_settings->values().developerFeatures);
     if (m_browser && m_developer)
-        m_browser->setDevelopItem(m_settings->developerFeatures() ? m_developer->menu().item() : nullptr);
+        m_browser->setDevelopItem(m_settings->values().developerFeatures ? m_developer->menu().item() : nullptr);
+    if (m_developer)
+        m_developer->applySettings();
     if (m_settingsWindow)
         m_settingsWindow->refresh();
 }

@@ -21,7 +21,7 @@ void SettingsWindow::present(GtkWindow* over) {
 
 void SettingsWindow::refresh() {
     if (m_window)
-        gtk_switch_set_active(GTK_SWITCH(m_switch), m_settings.developerFeatures());
+        gtk_switch_set_active(GTK_SWITCH(m_switch), m_settings.values().developerFeatures);
 }
 
 void SettingsWindow::build(GtkWindow* over) {
@@ -79,7 +79,9 @@ void SettingsWindow::build(GtkWindow* over) {
 }
 
 void SettingsWindow::store(bool enabled) {
-    const std::string problem = m_settings.setDeveloperFeatures(enabled);
+    SafariSettingsValues values = m_settings.values();
+    values.developerFeatures = enabled;
+    const std::string problem = m_settings.set(values);
     gtk_label_set_text(GTK_LABEL(m_problem), problem.c_str());
     gtk_widget_set_visible(m_problem, !problem.empty());
 }

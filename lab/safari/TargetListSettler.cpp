@@ -13,7 +13,7 @@ bool contains(const InspectableTargets& targets, const TargetIdentifier& identif
 }
 
 bool hasAddress(const InspectableTarget& target) {
-    return !target.url.empty() && target.url != "about:blank";
+    return target.kind != TargetKind::page || (!target.url.empty() && target.url != "about:blank");
 }
 
 } // namespace

@@ -28,13 +28,13 @@ bool isInspectorWindow(gpointer instance) {
     return GTK_IS_WINDOW(instance) && std::strcmp(G_OBJECT_TYPE_NAME(instance), "WebKitInspectorWindow") == 0;
 }
 
-/// Presses the button of the target's row, if the row is there.
+/// Presses the button of the target's row, if the row is there. What follows the numbers is the kind of the target.
 std::string pressScript(const TargetIdentifier& target) {
-    const std::string name = std::to_string(target.connection) + ':' + std::to_string(target.target) + ":WebPage";
+    const std::string name = std::to_string(target.connection) + ':' + std::to_string(target.target) + ':';
     return "(() => { for (const button of document.querySelectorAll('input[type=button]')) {"
            "  if ((button.getAttribute('onclick') || '').includes(\"'" +
            name +
-           "'\")) { button.click(); return true; }"
+           "\")) { button.click(); return true; }"
            "} return false; })()";
 }
 
