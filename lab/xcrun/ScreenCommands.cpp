@@ -116,6 +116,9 @@ int recordVideo(const QString& word, QStringList words) {
     }
     const bool isForced = words.removeAll(u"--force"_s) + words.removeAll(u"-f"_s) > 0;
     const Options options = takeOptions(words);
+    // Before the session has a thread for its bus: a thread that does not hold them back would be ended by them.
+    const sigset_t signals = endSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     Session session;
     const Device device = session.runningDevice(word);
     const DeviceType* const type = findDeviceType(device.deviceType);
@@ -125,8 +128,6 @@ int recordVideo(const QString& word, QStringList words) {
     if (codec != u"jpeg") {
         printError(u"Note: The device lab records Motion JPEG instead of %1.\n"_s.arg(codec));
     }
-    const sigset_t signals = endSignals();
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
     std::optional<MovieWriter> movie;
     try {
         movie.emplace(options.file, type != nullptr ? type->screen : QSize(1, 1));

@@ -17,7 +17,7 @@ using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 /// A poll after two seconds and an attach, with time to spare for a busy machine.
-constexpr auto attachLimit = 15s;
+constexpr auto attachLimit = 40s;
 
 class MonitorEndToEnd : public WorkspaceEndToEnd {
 protected:
@@ -268,7 +268,7 @@ TEST_F(MonitorEndToEnd, LetsAPersonTypeAndPointElsewhere) {
     EXPECT_EQ(held, 0) << "of " << looks << " looks";
     EXPECT_EQ(elsewhere, 0) << "of " << looks << " looks";
     // One change for each keystroke, so nothing was typed twice or taken back.
-    EXPECT_TRUE(eventually([&] { return other.texts().size() >= keystrokes; }, 5s)) << other.texts().size();
+    EXPECT_TRUE(eventually([&] { return other.texts().size() >= keystrokes; })) << other.texts().size();
     EXPECT_EQ(other.texts().size(), keystrokes);
     EXPECT_EQ(other.texts().last(), text);
     EXPECT_TRUE(news().isEmpty()) << m_corvanta.output().constData();

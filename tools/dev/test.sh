@@ -38,7 +38,8 @@ TEXT
   [[ $preset != asan ]] || sanitizer_environment
   # The tests have a lab of their own, whatever lab the user works with.
   unset CORVANTA_LAB_HOME CORVANTA_DEVICE_SET CORVANTA_LAB_DIR
-  ctest --preset "$preset" --parallel "$(nproc)" --no-tests=error "${selection[@]}" "$@"
+  # Twice the processors: the tests on desktops wait for most of their time.
+  ctest --preset "$preset" --parallel "${CTEST_PARALLEL_LEVEL:-$((2 * $(nproc)))}" --no-tests=error "${selection[@]}" "$@"
 }
 
 sanitizer_environment() {

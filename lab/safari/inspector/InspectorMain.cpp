@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "InspectorCommands.h"
 #include "InspectorSession.h"
+#include "ProgramEnvironment.h"
 
 #include <gtk/gtk.h>
 
@@ -66,10 +67,7 @@ int main(int argc, char** argv) {
     if (options.readsCommands)
         prctl(PR_SET_PDEATHSIG, SIGKILL);
 
-    g_setenv("GDK_BACKEND", "x11", TRUE);
-    g_unsetenv("WEBKIT_INSPECTOR_SERVER");
-    g_set_prgname("com.apple.Safari");
-    g_set_application_name("Safari");
+    corvanta::lab::setUpProgramEnvironment();
     if (!gtk_init_check(&argc, &argv)) {
         std::fprintf(stderr, "SafariInspector: no display\n");
         return 1;

@@ -142,6 +142,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     g_setenv("GDK_BACKEND", "x11", TRUE);
+    // As the Simulator does: the pages are drawn by the processor.
+    g_setenv("WEBKIT_DISABLE_COMPOSITING_MODE", "1", FALSE);
     DeviceFixture fixture(argv[1], argv[2], argv[3]);
     g_set_prgname("com.apple.iphonesimulator");
     gtk_init(&argc, &argv);

@@ -96,15 +96,19 @@ std::string textOfFile(const std::string& path) {
 }
 
 /// The lines in which the program itself reports a fault. Drivers, the toolkit's libraries and the accessibility
-/// bridge (which is dbind) have their say on the same stream, on some machines and not on others.
+/// bridge (which is dbind) have their say on the same stream, on some machines and not on others; so has the engine when
+/// a process of its pages takes more than ten seconds to leave.
 std::string complaints(const std::string& output) {
     static constexpr std::array marks{"WARNING **", "CRITICAL **", "ERROR **", "Sanitizer", "runtime error:"};
+    static constexpr std::array others{"dbind-WARNING", "WebProcess didn't exit as expected"};
     std::istringstream lines(output);
     std::string result;
     for (std::string line; std::getline(lines, line);) {
         const bool isFault =
             std::ranges::any_of(marks, [&](const char* mark) { return line.find(mark) != std::string::npos; });
-        if (isFault && line.find("dbind-WARNING") == std::string::npos)
+        const bool isOfOthers =
+            std::ranges::any_of(others, [&](const char* mark) { return line.find(mark) != std::string::npos; });
+        if (isFault && !isOfOthers)
             result += line + '\n';
     }
     return result;

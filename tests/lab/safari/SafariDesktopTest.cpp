@@ -440,8 +440,9 @@ TEST_F(SafariDesktop, ListsDevicesByNameAndNewestRuntimeFirst) {
 TEST_F(SafariDesktop, StaysInTheBackground) {
     device().open("page://apple.test/");
     ASSERT_TRUE(eventually([this] { return m_windows.titled("iPhone 16 Pro").size() == 1; }));
-    ASSERT_TRUE(eventually([this] { return m_windows.active().has_value(); }));
-    const auto active = m_windows.active();
+    // Until its window has come forward, the active one may still be on its way out.
+    const std::optional active = m_windows.titled("iPhone 16 Pro").front();
+    ASSERT_TRUE(eventually([&] { return m_windows.active() == active; }));
     startSafari({"--background"});
 
     ASSERT_TRUE(eventually([this] { return m_windows.titled("Start Page — Safari").size() == 1; }));

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#include "ProgramEnvironment.h"
+
+#include <glib.h>
+
+namespace corvanta::lab {
+
+void setUpProgramEnvironment() {
+    // X11 is where other programs may place windows.
+    g_setenv("GDK_BACKEND", "x11", TRUE);
+    // A device's address in the environment would make Safari's own pages inspectable under the device's port.
+    g_unsetenv("WEBKIT_INSPECTOR_SERVER");
+    // Without a graphics processor the engine would draw through one that is emulated: slower, and its compiler crashes
+    // now and then in a process of pages that ends. The inspector's view takes no setting of its own. "0" is another
+    // choice for who has a good one.
+    g_setenv("WEBKIT_DISABLE_COMPOSITING_MODE", "1", FALSE);
+    g_set_prgname("com.apple.Safari");
+    g_set_application_name("Safari");
+}
+
+} // namespace corvanta::lab

@@ -1,0 +1,38 @@
+# SPDX-License-Identifier: MIT
+#
+# corvanta_add_desktop_tests(NAME PROGRAM [SHARDS COUNT] [LIMIT SECONDS] [SIZE WIDTHxHEIGHT] [ARGUMENTS ARGUMENT...])
+#
+# Registers a test program that needs windows, on a virtual desktop of its own. With SHARDS it becomes that many tests,
+# NAME.1 and so on, each with its share of the program's tests, on desktops side by side. Programs on a desktop mostly
+# wait for one another, so more of these tests run at once than there are processors, and they begin before the short
+# ones: the whole ends sooner by what the longest of them takes.
+function(corvanta_add_desktop_tests name program)
+  cmake_parse_arguments(PARSE_ARGV 2 desktop "" "SHARDS;LIMIT;SIZE" "ARGUMENTS")
+  if(desktop_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "corvanta_add_desktop_tests(${name}) does not know ${desktop_UNPARSED_ARGUMENTS}")
+  endif()
+  if(NOT desktop_LIMIT)
+    set(desktop_LIMIT 280)
+  endif()
+  if(NOT desktop_SIZE)
+    set(desktop_SIZE 1600x1000)
+  endif()
+  if(NOT desktop_SHARDS)
+    set(desktop_SHARDS 1)
+  endif()
+  # The desktop ends what runs on it before CTest loses patience.
+  math(EXPR timeout "${desktop_LIMIT} + 20")
+  foreach(shard RANGE 1 ${desktop_SHARDS})
+    if(desktop_SHARDS EQUAL 1)
+      set(test "${name}")
+      set(share "")
+    else()
+      math(EXPR index "${shard} - 1")
+      set(test "${name}.${shard}")
+      set(share "GTEST_TOTAL_SHARDS=${desktop_SHARDS};GTEST_SHARD_INDEX=${index}")
+    endif()
+    add_test(NAME "${test}" COMMAND "${PROJECT_SOURCE_DIR}/tests/support/virtual-desktop" --size ${desktop_SIZE}
+      --limit ${desktop_LIMIT} $<TARGET_FILE:${program}> ${desktop_ARGUMENTS})
+    set_tests_properties("${test}" PROPERTIES LABELS desktop TIMEOUT ${timeout} COST 10 ENVIRONMENT "${share}")
+  endforeach()
+endfunction()
