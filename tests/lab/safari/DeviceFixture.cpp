@@ -2,6 +2,7 @@
 // A device process with nothing but what Safari sees of one: its bus name, its properties and real pages behind
 // WebKit's inspector server. Pages have the made-up scheme "page", which this program answers itself.
 #include "GlibPointers.h"
+#include "InspectorSamples.h"
 
 #include <gtk/gtk.h>
 #include <webkit2/webkit2.h>
@@ -33,6 +34,7 @@ constexpr const char* introspection = R"(
   <interface name="dev.corvanta.Lab.DeviceFixture1">
     <method name="Navigate"><arg type="u" direction="in"/><arg type="s" direction="in"/></method>
     <method name="ClosePage"><arg type="u" direction="in"/></method>
+    <method name="SetOnBus"><arg type="b" direction="in"/></method>
   </interface>
 </node>)";
 
@@ -78,15 +80,26 @@ public:
             g_dbus_connection_register_object(bus.get(), "/dev/corvanta/Lab/Device", interface, &table, this, nullptr,
                                               nullptr);
         }
-        std::string suffix = m_properties["UDID"];
-        std::ranges::replace(suffix, '-', '_');
-        g_bus_own_name_on_connection(bus.get(), ("dev.corvanta.Lab.Device.U" + suffix).c_str(),
-                                     G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr, nullptr, nullptr);
+        const corvanta::lab::InspectorSamples samples(bus.get());
+        m_bus = bus.get();
+        setOnBus(true);
         gtk_main();
         g_dbus_node_info_unref(node);
     }
 
 private:
+    /// A device that is not has no name there, as one that is reached from another session.
+    void setOnBus(bool isOnBus) {
+        std::string name = "dev.corvanta.Lab.Device.U" + m_properties["UDID"];
+        std::ranges::replace(name, '-', '_');
+        if (isOnBus) {
+            m_name = g_bus_own_name_on_connection(m_bus, name.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr,
+                                                  nullptr, nullptr);
+        } else {
+            g_bus_unown_name(m_name);
+        }
+    }
+
     void open(const char* url) {
         GtkWidget* const window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
         gtk_window_set_title(GTK_WINDOW(window), m_properties["Name"].c_str());
@@ -117,6 +130,10 @@ private:
             g_variant_get(parameters, "(u)", &page);
             gtk_widget_destroy(self->m_windows.at(page));
             self->m_windows.erase(page);
+        } else if (name == "SetOnBus") {
+            gboolean isOnBus = FALSE;
+            g_variant_get(parameters, "(b)", &isOnBus);
+            self->setOnBus(isOnBus != FALSE);
         } else {
             gtk_main_quit();
         }
@@ -132,6 +149,8 @@ private:
     std::map<std::string, std::string> m_properties;
     std::map<guint, GtkWidget*> m_windows;
     guint m_opened = 0;
+    GDBusConnection* m_bus = nullptr;
+    guint m_name = 0;
 };
 
 } // namespace

@@ -84,18 +84,40 @@ TEST(InspectorFrames, AreReadInTheSendersByteOrder) {
     EXPECT_EQ(list->targets, twoPages);
 }
 
-TEST(InspectorFrames, ListWebPagesOnlyInTheOrderOfOpening) {
+TEST(InspectorFrames, ListTargetsInTheOrderOfOpening) {
     InspectorFrameReader reader;
     reader.append(encodeInspectorFrame("SetTargetList", targetList(7, {{{7, 10}, "", "b"}, {{7, 9}, "", "a"}})));
-    reader.append(encodeInspectorFrame("SetTargetList", targetList(7, twoPages, "ServiceWorker")));
 
     const auto pages = decodeTargetList(reader.next().value());
-    const auto workers = decodeTargetList(reader.next().value());
 
     ASSERT_TRUE(pages);
     EXPECT_EQ(pages->targets, (InspectableTargets{{{7, 9}, "", "a"}, {{7, 10}, "", "b"}}));
-    ASSERT_TRUE(workers);
-    EXPECT_TRUE(workers->targets.empty());
+}
+
+TEST(InspectorFrames, TellTheKindOfEachTarget) {
+    const auto kindOf = [](const char* type, const char* url) {
+        InspectorFrameReader reader;
+        reader.append(encodeInspectorFrame("SetTargetList", targetList(7, {{{7, 1}, "", url}}, type)));
+        const auto list = decodeTargetList(reader.next().value());
+        return list && !list->targets.empty() ? std::optional(list->targets.front().kind) : std::nullopt;
+    };
+    EXPECT_EQ(kindOf("WebPage", "https://apple.test/"), TargetKind::page);
+    EXPECT_EQ(kindOf("WebPage", "safari-web-extension://1/background.html"), TargetKind::extensionPage);
+    EXPECT_EQ(kindOf("ServiceWorker", "https://apple.test/"), TargetKind::serviceWorker);
+    EXPECT_EQ(kindOf("JavaScript", "null"), TargetKind::javaScriptContext);
+    EXPECT_EQ(kindOf("ITML", "https://apple.test/"), std::nullopt);
+}
+
+TEST(InspectorFrames, HoldAMessage) {
+    InspectorFrameReader reader;
+    const std::uint64_t number = 7;
+    reader.append(encodeInspectorFrame("SendMessageToBackend", g_variant_new("(tts)", number, number, R"({"id":1})")));
+    reader.append(encodeInspectorFrame("Setup", g_variant_new("(tt)", number, number)));
+
+    const InspectorFrame message = reader.next().value();
+    EXPECT_EQ(frameMessage(message), R"({"id":1})");
+    EXPECT_EQ(frameMessage(reader.next().value()), std::nullopt);
+    EXPECT_EQ(frameMessage({.name = "SendMessageToBackend", .parameters = bytes({1, 2, 3})}), std::nullopt);
 }
 
 TEST(InspectorFrames, OfOtherNamesAreNoTargetList) {

@@ -55,6 +55,20 @@ TEST_P(PageTitleTable, NamesThePage) {
 INSTANTIATE_TEST_SUITE_P(PageTitle, PageTitleTable, ::testing::ValuesIn(cases),
                          [](const auto& example) { return std::string(example.param.name); });
 
+TEST(TargetTitle, SaysWhatKindOfTargetItIs) {
+    const auto title = [](TargetKind kind, const char* name, const char* url) {
+        return targetTitle({.identifier = {}, .name = name, .url = url, .kind = kind});
+    };
+    EXPECT_EQ(title(TargetKind::page, "Shop", "https://shop.test/cart"), "shop.test — cart");
+    EXPECT_EQ(title(TargetKind::serviceWorker, "ServiceWorker", "https://shop.test/cart/"), "shop.test — cart");
+    EXPECT_EQ(title(TargetKind::javaScriptContext, "Calculator", "null"), "Calculator");
+    EXPECT_EQ(title(TargetKind::javaScriptContext, "", ""), "JSContext");
+    EXPECT_EQ(title(TargetKind::extensionPage, "Reader", "safari-web-extension://1/background.html"),
+              "Extension Background Page — Reader — background.html");
+    EXPECT_EQ(title(TargetKind::extensionPage, "", "safari-web-extension://1/popup.html"),
+              "Extension Pop-up Page — popup.html");
+}
+
 TEST(PageTitle, ShortensAnEndlessAddress) {
     const std::string title = pageTitle("data:text/html," + std::string(5000, 'x'));
 

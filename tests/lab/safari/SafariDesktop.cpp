@@ -25,6 +25,7 @@ constexpr const char* safariName = "com.apple.Safari";
 constexpr std::uint32_t menuBarRole = 34;
 constexpr std::uint32_t pushButtonRole = 43;
 constexpr std::uint32_t toggleButtonRole = 62;
+constexpr std::uint32_t checkedState = 4;
 constexpr std::uint32_t sensitiveState = 24;
 constexpr std::uint32_t showingState = 25;
 constexpr int answerLimit = 5000;
@@ -96,8 +97,8 @@ std::string textOfFile(const std::string& path) {
 }
 
 /// The lines in which the program itself reports a fault. Drivers, the toolkit's libraries and the accessibility
-/// bridge (which is dbind) have their say on the same stream, on some machines and not on others; so has the engine when
-/// a process of its pages takes more than ten seconds to leave.
+/// bridge (which is dbind) have their say on the same stream, on some machines and not on others; so has the engine
+/// when a process of its pages takes more than ten seconds to leave.
 std::string complaints(const std::string& output) {
     static constexpr std::array marks{"WARNING **", "CRITICAL **", "ERROR **", "Sanitizer", "runtime error:"};
     static constexpr std::array others{"dbind-WARNING", "WebProcess didn't exit as expected"};
@@ -152,6 +153,10 @@ bool Accessible::hasState(std::uint32_t state) const {
     return (firstStates >> state & 1U) != 0;
 }
 
+bool Accessible::isChecked() const {
+    return hasState(checkedState);
+}
+
 std::vector<Accessible> Accessible::children() const {
     std::vector<Accessible> result;
     const auto answer = ask(*this, "org.a11y.atspi.Accessible", "GetChildren");
@@ -181,6 +186,19 @@ bool Accessible::doAction() const {
     if (const auto answer = ask(*this, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0)))
         g_variant_get(answer.get(), "(b)", &isDone);
     return isDone != FALSE;
+}
+
+std::optional<Accessible::Place> Accessible::screenCentre() const {
+    constexpr std::uint32_t screenCoordinates = 0;
+    const auto answer = ask(*this, "org.a11y.atspi.Component", "GetExtents", g_variant_new("(u)", screenCoordinates));
+    if (!answer)
+        return std::nullopt;
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    g_variant_get(answer.get(), "((iiii))", &x, &y, &width, &height);
+    return width > 0 && height > 0 ? std::optional(Place{x + width / 2, y + height / 2}) : std::nullopt;
 }
 
 Accessible Accessible::desktop() {
@@ -265,6 +283,23 @@ void TestDevice::close(unsigned page) const {
 
 void TestDevice::shutDown() const {
     call("dev.corvanta.Lab.Device1", "Shutdown", nullptr);
+}
+
+void TestDevice::setOnBus(bool isOnBus) {
+    const GlibPointer<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    if (!isOnBus) {
+        const GlibPointer<GVariant> owner(g_dbus_connection_call_sync(
+            bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetNameOwner",
+            g_variant_new("(s)", m_busName.c_str()), nullptr, G_DBUS_CALL_FLAGS_NONE, 10000, nullptr, nullptr));
+        const char* name = nullptr;
+        if (owner)
+            g_variant_get(owner.get(), "(&s)", &name);
+        m_uniqueName = name ? name : "";
+    }
+    const GlibPointer<GVariant> answer(g_dbus_connection_call_sync(
+        bus.get(), m_uniqueName.c_str(), "/dev/corvanta/Lab/Device", "dev.corvanta.Lab.DeviceFixture1", "SetOnBus",
+        g_variant_new("(b)", isOnBus), nullptr, G_DBUS_CALL_FLAGS_NONE, 10000, nullptr, nullptr));
+    EXPECT_TRUE(answer);
 }
 
 void TestDevice::call(const char* interface, const char* method, GVariant* parameters) const {
@@ -381,6 +416,11 @@ std::vector<std::string> SafariDesktop::pages(const std::string& device) const {
 
 std::optional<Accessible> SafariDesktop::find(const std::vector<std::string>& titles) const {
     return descend(frames(), titles);
+}
+
+bool SafariDesktop::isChecked(const std::vector<std::string>& titles) const {
+    const auto item = find(titles);
+    return item && item->isChecked();
 }
 
 bool SafariDesktop::press(const std::vector<std::string>& titles) const {

@@ -26,8 +26,17 @@ struct Accessible {
     [[nodiscard]] bool isEnabled() const;
     /// Whether it can be seen, when its window can.
     [[nodiscard]] bool isShowing() const;
+    [[nodiscard]] bool isChecked() const;
     [[nodiscard]] std::vector<Accessible> children() const;
     bool doAction() const;
+
+    struct Place {
+        int x;
+        int y;
+    };
+
+    /// The middle of what is seen of it; nothing when it is not on the screen.
+    [[nodiscard]] std::optional<Place> screenCentre() const;
 
     /// Whether the object is in the state with that number.
     [[nodiscard]] bool hasState(std::uint32_t state) const;
@@ -69,6 +78,8 @@ public:
     void navigate(unsigned page, const std::string& url) const;
     void close(unsigned page) const;
     void shutDown() const;
+    /// Takes the device off the bus, where its process goes on, or brings it back.
+    void setOnBus(bool isOnBus);
 
     [[nodiscard]] RunningProgram& program() { return m_program; }
 
@@ -76,6 +87,7 @@ private:
     void call(const char* interface, const char* method, GVariant* parameters) const;
 
     std::string m_busName;
+    std::string m_uniqueName;
     RunningProgram m_program;
 };
 
@@ -113,6 +125,8 @@ protected:
     [[nodiscard]] std::vector<std::string> pages(const std::string& device = "iPhone 16 Pro – iOS 18.2") const;
     /// The entry that is reached by the titles, from the menu bar on.
     [[nodiscard]] std::optional<Accessible> find(const std::vector<std::string>& titles) const;
+    /// Whether there is such an entry and it is checked.
+    [[nodiscard]] bool isChecked(const std::vector<std::string>& titles) const;
     /// What a page's item is called, and does, on the accessibility bus.
     bool press(const std::vector<std::string>& titles) const;
     /// The first object below some frame whose title begins with `start` that has the name, at most `depth` levels

@@ -59,7 +59,7 @@ TEST_F(SafariOnTwoPages, ListsTheDeviceWithItsPages) {
     const auto entries = menu({"Develop", deviceTitle});
     EXPECT_FALSE(entries.front().isEnabled);
     EXPECT_TRUE(entries[1].isEnabled);
-    EXPECT_FALSE(entries.back().isEnabled);
+    EXPECT_TRUE(entries.back().isEnabled);
 }
 
 TEST_F(SafariOnTwoPages, AddsANewPageLastAndKeepsTheOthers) {
