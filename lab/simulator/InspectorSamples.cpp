@@ -31,6 +31,7 @@ function tick() {
     app.ticks += 1;
     return app.ticks;
 }
+tick;
 )js";
 
 constexpr const char* extensionAddress = "safari-web-extension://sample/background.html";
@@ -45,6 +46,9 @@ constexpr const char* extensionPage = R"html(<!doctype html>
 </html>
 )html";
 
+/// Of all contexts, those that are to go included.
+int runningScripts = 0;
+
 } // namespace
 
 /// An app's context, in which something runs twice a second.
@@ -56,11 +60,16 @@ public:
         JSGlobalContextSetName(m_context, name);
         JSStringRelease(name);
         JSGlobalContextSetInspectable(m_context, true);
-        evaluate(appScript, "sample-app.js");
+        JSStringRef const script = JSStringCreateWithUTF8CString(appScript);
+        JSStringRef const file = JSStringCreateWithUTF8CString("sample-app.js");
+        m_tick = JSValueToObject(m_context, JSEvaluateScript(m_context, script, nullptr, file, 1, nullptr), nullptr);
+        JSStringRelease(file);
+        JSStringRelease(script);
+        JSValueProtect(m_context, m_tick);
         m_timer = g_timeout_add(
             tickInterval,
             [](gpointer self) -> gboolean {
-                static_cast<Context*>(self)->evaluate("tick()", "timer.js");
+                static_cast<Context*>(self)->tick();
                 return G_SOURCE_CONTINUE;
             },
             this);
@@ -71,6 +80,7 @@ public:
 
     ~Context() {
         g_source_remove(m_timer);
+        JSValueUnprotect(m_context, m_tick);
         JSGlobalContextRelease(m_context);
     }
 
@@ -78,23 +88,19 @@ public:
     /// object may not go.
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
 
-    /// Sends the inspector away, so that what is paused goes on.
-    void hide() { JSGlobalContextSetInspectable(m_context, false); }
-
 private:
-    void evaluate(const char* script, const char* file) {
+    void tick() {
         if (m_isRunning)
             return;
         m_isRunning = true;
-        JSStringRef const text = JSStringCreateWithUTF8CString(script);
-        JSStringRef const address = JSStringCreateWithUTF8CString(file);
-        JSEvaluateScript(m_context, text, nullptr, address, 1, nullptr);
-        JSStringRelease(address);
-        JSStringRelease(text);
+        ++runningScripts;
+        JSObjectCallAsFunction(m_context, m_tick, nullptr, 0, nullptr, nullptr);
+        --runningScripts;
         m_isRunning = false;
     }
 
     JSGlobalContextRef m_context;
+    JSObjectRef m_tick;
     guint m_timer = 0;
     bool m_isRunning = false;
 };
@@ -161,6 +167,10 @@ InspectorSamples::~InspectorSamples() {
     g_object_unref(m_bus);
 }
 
+bool InspectorSamples::isPaused() {
+    return runningScripts > 0;
+}
+
 bool InspectorSamples::setPresent(const char* sample, bool isPresent) {
     const std::string name = sample;
     if (name == "WebExtension") {
@@ -175,7 +185,6 @@ bool InspectorSamples::setPresent(const char* sample, bool isPresent) {
     if (isPresent && !m_context) {
         m_context = std::make_unique<Context>();
     } else if (!isPresent && m_context) {
-        m_context->hide();
         // It goes as soon as it is no longer paused.
         g_timeout_add(
             goneInterval,

@@ -12,13 +12,18 @@ namespace corvanta::lab {
 ///
 /// They are switched on and off over the bus, at the device's object: `SetPresent(s sample, b isPresent)` of the
 /// interface `dev.corvanta.Lab.DeviceSamples1`, where `sample` is "JSContext" or "WebExtension". Both are off at first.
-/// WebKit's inspector server must have been set up before. Main thread only.
+/// A context that is switched off while an inspector has paused it goes when the script goes on. WebKit's inspector
+/// server must have been set up before. Main thread only.
 class InspectorSamples {
 public:
     explicit InspectorSamples(_GDBusConnection* bus);
     InspectorSamples(const InspectorSamples&) = delete;
     InspectorSamples& operator=(const InspectorSamples&) = delete;
     ~InspectorSamples();
+
+    /// Whether an inspector has paused an app's script, which then runs a main loop of its own until it goes on. Asked
+    /// from within the main loop.
+    [[nodiscard]] static bool isPaused();
 
 private:
     class Context;

@@ -4,6 +4,7 @@
 #include "DeviceService.h"
 #include "DeviceSet.h"
 #include "DeviceWindow.h"
+#include "InspectorSamples.h"
 #include "InspectorServer.h"
 #include "SystemDescription.h"
 
@@ -18,6 +19,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <poll.h>
 #include <sys/syscall.h>
@@ -87,8 +89,8 @@ void awaitChildren() {
     }
 }
 
-gboolean quitOnSignal(gpointer loop) {
-    g_main_loop_quit(static_cast<GMainLoop*>(loop));
+gboolean quitOnSignal(gpointer quit) {
+    (*static_cast<std::function<void()>*>(quit))();
     return G_SOURCE_CONTINUE;
 }
 
@@ -115,6 +117,18 @@ bool setOrientation(DeviceWindow& window, const QString& word) {
     return true;
 }
 
+/// Ends the process, and the engine's before.
+[[noreturn]] void leave(std::unique_ptr<DeviceWindow>& window) {
+    window.reset();
+    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+    }
+    awaitChildren();
+    std::fflush(nullptr);
+    // The names are given up by the end of the process alone, so that who waits for them finds nothing left: letting
+    // go of the connection before would leave a moment in which the device is off and its process is there.
+    _exit(EXIT_SUCCESS);
+}
+
 int run(DeviceSet& set, const Device& device, HandedTurn& turn, const DeviceType& type, const Runtime& runtime,
         char** argv) {
     g_set_prgname("com.apple.iphonesimulator");
@@ -128,6 +142,14 @@ int run(DeviceSet& set, const Device& device, HandedTurn& turn, const DeviceType
     std::unique_ptr<GMainLoop, decltype(&g_main_loop_unref)> loop(g_main_loop_new(nullptr, FALSE), g_main_loop_unref);
     std::unique_ptr<DeviceWindow> window;
     std::unique_ptr<DeviceService> service;
+    std::function<void()> quit = [&] {
+        g_main_loop_quit(loop.get());
+        // The loop of a script that an inspector has paused is not left before that script goes on.
+        if (InspectorSamples::isPaused()) {
+            g_idle_add([](gpointer shown) -> gboolean { leave(*static_cast<std::unique_ptr<DeviceWindow>*>(shown)); },
+                       &window);
+        }
+    };
     window = std::make_unique<DeviceWindow>(
         type, runtime, device.name,
         DeviceWindow::Events{.ready = [&] { service->setBooted(); },
@@ -165,26 +187,23 @@ int run(DeviceSet& set, const Device& device, HandedTurn& turn, const DeviceType
                           double scale) { return window->screenshot(format, mask, scale); },
         .setOrientation = [&](const QString& word) { return setOrientation(*window, word); },
         .showWindow = [&](WindowFocus focus, std::function<void()> then) { window->show(focus, std::move(then)); },
-        .shutdown = [&] { g_main_loop_quit(loop.get()); }};
+        .shutdown = quit};
     service = std::make_unique<DeviceService>(
         DeviceService::Identity{device.udid, device.name, runtime.name, u"127.0.0.1:%1"_s.arg(port)},
         std::move(actions));
     if (!service->start()) {
         return fail("the device is running already, or there is no session bus");
     }
+    // The service has taken its name on the same connection.
+    GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    const InspectorSamples samples(bus);
+    g_object_unref(bus);
     turn.end();
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        g_unix_signal_add(signal, quitOnSignal, loop.get());
+        g_unix_signal_add(signal, quitOnSignal, &quit);
     }
     g_main_loop_run(loop.get());
-    window.reset();
-    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
-    }
-    awaitChildren();
-    std::fflush(nullptr);
-    // The names are given up by the end of the process alone, so that who waits for them finds nothing left: letting
-    // go of the connection before would leave a moment in which the device is off and its process is there.
-    _exit(EXIT_SUCCESS);
+    leave(window);
 }
 
 } // namespace

@@ -26,6 +26,8 @@ const std::string showSwitch = "Automatically Show Web Inspector for JSContexts"
 const std::string pauseSwitch = "Automatically Pause Connecting to JSContexts";
 const std::string networkSwitch = "Connect via Network";
 const std::string sampleContext = "Sample App";
+/// The inspector's button that says so only while a script is paused.
+const std::string pausedScript = "Continue script execution (⌃Y or ⌃\\)";
 
 Titles in(const std::string& title) {
     Titles path = deviceMenu;
@@ -194,8 +196,7 @@ TEST_F(SafariDevelopGroups, ArePausedAsTheInspectorConnects) {
     ASSERT_TRUE(isChecked(in(pauseSwitch)));
 
     ASSERT_TRUE(press(in(sampleContext)));
-    // The inspector names what it can do to a script that is paused.
-    EXPECT_TRUE(eventually([this] { return frameHolds("Web Inspector — Sample App", "Continue script execution", 9); }))
+    ASSERT_TRUE(eventually([this] { return frameHolds("Web Inspector — Sample App", pausedScript, 12); }))
         << "no paused script";
 
     // Who closes it lets the script go on, and the device with it.
@@ -206,13 +207,18 @@ TEST_F(SafariDevelopGroups, ArePausedAsTheInspectorConnects) {
     EXPECT_EQ(device().program().wait(), 0);
 }
 
-TEST_F(SafariDevelopGroups, GoWithAContextThatIsPaused) {
+TEST_F(SafariDevelopGroups, KeepAContextThatIsPausedUntilItGoesOn) {
     startWithContext(R"({"automaticallyPauseConnecting": true})");
     ASSERT_TRUE(press(in(sampleContext)));
-    ASSERT_TRUE(
-        eventually([this] { return frameHolds("Web Inspector — Sample App", "Continue script execution", 9); }));
+    ASSERT_TRUE(eventually([this] { return frameHolds("Web Inspector — Sample App", pausedScript, 12); }));
 
     std::ofstream(m_labHome + "/safari.json") << "{}";
+    // The device has answered something else since.
+    device().navigate(1, "page://shop.test/");
+    ASSERT_TRUE(eventually([this] { return pages() == Titles{"shop.test"}; }));
+    EXPECT_TRUE(find(in(sampleContext)));
+
+    m_windows.close(m_windows.titled("Web Inspector").front());
     EXPECT_TRUE(eventually([this] { return !find(in(sampleContext)); }));
     EXPECT_TRUE(eventually([this] { return inspectorTitles().empty(); }));
     device().shutDown();

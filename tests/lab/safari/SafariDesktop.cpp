@@ -308,9 +308,9 @@ void TestDevice::call(const char* interface, const char* method, GVariant* param
     // The fixture may be just starting.
     for (int attempt = 0; attempt < 200; ++attempt) {
         GError* rawError = nullptr;
-        const GlibPointer<GVariant> answer(
-            g_dbus_connection_call_sync(bus.get(), m_busName.c_str(), "/dev/corvanta/Lab/Device", interface, method,
-                                        owned.get(), nullptr, G_DBUS_CALL_FLAGS_NONE, 10000, nullptr, &rawError));
+        const GlibPointer<GVariant> answer(g_dbus_connection_call_sync(
+            bus.get(), m_uniqueName.empty() ? m_busName.c_str() : m_uniqueName.c_str(), "/dev/corvanta/Lab/Device",
+            interface, method, owned.get(), nullptr, G_DBUS_CALL_FLAGS_NONE, 10000, nullptr, &rawError));
         const GlibPointer<GError> error(rawError);
         if (answer)
             return;
