@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "AddressBar.h"
+#include "BrowserTabs.h"
 #include "GlibPointers.h"
+#include "HistoryMenu.h"
+#include "SessionHistory.h"
 
 #include <gtk/gtk.h>
 #include <webkit2/webkit2.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace corvanta::lab {
@@ -50,30 +55,30 @@ public:
     [[nodiscard]] GtkWindow* window() const { return GTK_WINDOW(m_window); }
 
 private:
-    void buildMenus(const Handlers& handlers);
-    GtkWidget* buildAddressRow();
+    [[nodiscard]] AddressBar::Handlers addressHandlers();
+    [[nodiscard]] BrowserTabs::Handlers tabHandlers();
+    void buildMenus();
+    void buildHistoryMenu();
     GtkWidget* buildDeveloperHint();
-    WebKitWebView* addView(WebKitWebView* related);
-    void closeTab(GtkWidget* view);
-    void openAddress();
-    void focusAddress();
+    void watchKeys();
+    [[nodiscard]] bool takeKey(const GdkEventKey& event);
+    void openNewTab();
     void editingCommand(const char* command, const char* entrySignal);
     void zoom(double factor);
     void refresh();
-    [[nodiscard]] WebKitWebView* currentView() const;
 
-    std::function<void()> m_quit;
-    std::function<void()> m_showSettings;
+    [[nodiscard]] WebKitWebView* currentView() const { return m_tabs.current(); }
+
+    Handlers m_handlers;
     GtkWidget* m_window;
     GtkWidget* m_menuBar;
-    GtkWidget* m_tabs;
-    GtkWidget* m_entry = nullptr;
-    GtkWidget* m_back = nullptr;
-    GtkWidget* m_forward = nullptr;
-    GtkWidget* m_reload = nullptr;
+    GlibPointer<GtkAccelGroup> m_accelerators;
+    SessionHistory m_history;
+    AddressBar m_addressBar;
+    BrowserTabs m_tabs;
+    std::optional<HistoryMenu> m_historyMenu;
     GtkWidget* m_developItem = nullptr;
     GtkWidget* m_developerHint = nullptr;
-    GlibPointer<GtkAccelGroup> m_accelerators;
 };
 
 } // namespace corvanta::lab

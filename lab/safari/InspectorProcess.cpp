@@ -2,25 +2,15 @@
 #include "InspectorProcess.h"
 
 #include "InspectorCommands.h"
+#include "ProgramEnvironment.h"
 
 #include <algorithm>
 #include <array>
 
 namespace corvanta::lab {
 
-namespace {
-
-std::string companionPath(const char* program) {
-    const GlibPointer<char> self(g_file_read_link("/proc/self/exe", nullptr));
-    const GlibPointer<char> folder(self ? g_path_get_dirname(self.get()) : g_strdup("."));
-    const GlibPointer<char> path(g_build_filename(folder.get(), program, nullptr));
-    return path.get();
-}
-
-} // namespace
-
 std::unique_ptr<InspectorProcess> InspectorProcess::start(const std::string& serverAddress) {
-    const std::string program = companionPath("SafariInspector");
+    const std::string program = besideProgram("SafariInspector");
     GlibPointer<GSubprocess> process(
         g_subprocess_new(static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDIN_PIPE | G_SUBPROCESS_FLAGS_STDOUT_PIPE),
                          nullptr, program.c_str(), "--server", serverAddress.c_str(), "--commands", nullptr));

@@ -27,6 +27,7 @@ MenuBuilder& MenuBuilder::item(const char* title, const char* shortcut, Action a
     }
     gtk_widget_show(entry);
     gtk_menu_shell_append(m_menu, entry);
+    m_last = entry;
     return *this;
 }
 

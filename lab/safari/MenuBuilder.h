@@ -20,6 +20,9 @@ public:
     MenuBuilder& item(const char* title, const char* shortcut, Action action);
     MenuBuilder& separator();
 
+    /// The item that was added last; null before the first.
+    [[nodiscard]] GtkWidget* last() const { return m_last; }
+
     /// The item in the bar.
     [[nodiscard]] GtkWidget* root() const { return m_root; }
 
@@ -27,6 +30,7 @@ private:
     GtkWidget* m_root;
     GtkMenuShell* m_menu;
     GtkAccelGroup* m_accelerators;
+    GtkWidget* m_last = nullptr;
 };
 
 /// A menu item that runs `action` when it is chosen; not yet shown.

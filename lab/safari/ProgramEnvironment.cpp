@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ProgramEnvironment.h"
 
-#include <glib.h>
+#include "GlibPointers.h"
+
+#include <gtk/gtk.h>
 
 namespace corvanta::lab {
 
@@ -16,6 +18,18 @@ void setUpProgramEnvironment() {
     g_setenv("WEBKIT_DISABLE_COMPOSITING_MODE", "1", FALSE);
     g_set_prgname("com.apple.Safari");
     g_set_application_name("Safari");
+}
+
+void setUpIcon() {
+    gtk_icon_theme_append_search_path(gtk_icon_theme_get_default(), besideProgram("share/icons").c_str());
+    gtk_window_set_default_icon_name("dev.corvanta.Lab.Safari");
+}
+
+std::string besideProgram(const char* name) {
+    const GlibPointer<char> self(g_file_read_link("/proc/self/exe", nullptr));
+    const GlibPointer<char> folder(self ? g_path_get_dirname(self.get()) : g_strdup("."));
+    const GlibPointer<char> path(g_build_filename(folder.get(), name, nullptr));
+    return path.get();
 }
 
 } // namespace corvanta::lab

@@ -3,6 +3,7 @@
 
 #include "AddressText.h"
 #include "MenuBuilder.h"
+#include "ProgramEnvironment.h"
 
 #include <cstdio>
 
@@ -48,12 +49,13 @@ int SafariApplication::run(int argc, char** argv) {
 }
 
 void SafariApplication::startUp() {
+    setUpIcon();
+    m_colorScheme.emplace(g_application_get_dbus_connection(G_APPLICATION(m_application.get())));
     m_settings.emplace([this] { applySettings(); });
     m_settingsWindow.emplace(*m_settings);
     if (GDBusConnection* const bus = g_application_get_dbus_connection(G_APPLICATION(m_application.get()))) {
         m_developer.emplace(bus, *m_settings);
-        GtkWidget* const line = gtk_separator_menu_item_new();
-        m_developer->menu().append(line);
+        m_developer->menu().append(makeSeparatorItem());
         m_developer->menu().append(makeActionItem("Empty Caches", [this] {
             if (m_browser)
                 m_browser->emptyCaches();
@@ -72,6 +74,7 @@ void SafariApplication::shutDown() {
     m_developer.reset();
     m_browser.reset();
     m_settings.reset();
+    m_colorScheme.reset();
 }
 
 void SafariApplication::handleCommandLine(GApplicationCommandLine* commandLine) {
@@ -121,7 +124,7 @@ void SafariApplication::applySettings() {
 void SafariApplication::showAbout() {
     gtk_show_about_dialog(m_browser->window(), "program-name", "Safari", "version", CORVANTA_VERSION, "comments",
                           "The device lab's browser. It opens the Web Inspector on the pages of booted devices.",
-                          "logo-icon-name", "web-browser", "license-type", GTK_LICENSE_MIT_X11, nullptr);
+                          "logo-icon-name", "dev.corvanta.Lab.Safari", "license-type", GTK_LICENSE_MIT_X11, nullptr);
 }
 
 } // namespace corvanta::lab

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "BrowserWindow.h"
+#include "ColorScheme.h"
 #include "Developer.h"
 #include "GlibPointers.h"
 #include "SafariSettings.h"
@@ -34,6 +35,7 @@ private:
     void showAbout();
 
     GlibPointer<GtkApplication> m_application;
+    std::optional<ColorScheme> m_colorScheme;
     std::optional<SafariSettings> m_settings;
     std::optional<Developer> m_developer;
     std::optional<BrowserWindow> m_browser;

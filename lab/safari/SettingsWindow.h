@@ -5,9 +5,11 @@
 
 #include <gtk/gtk.h>
 
+#include <vector>
+
 namespace corvanta::lab {
 
-/// The window of Safari > Settings…, with its pane "Advanced". Shown once at a time. Main thread only.
+/// The window of Safari > Settings…, with its panes "Advanced" and "Samples". Shown once at a time. Main thread only.
 class SettingsWindow {
 public:
     explicit SettingsWindow(SafariSettings& settings);
@@ -21,13 +23,23 @@ public:
     void refresh();
 
 private:
+    struct Switch {
+        SettingsWindow* window;
+        bool SafariSettingsValues::* value;
+        GtkWidget* widget = nullptr;
+    };
+
     void build(GtkWindow* over);
-    void store(bool enabled);
+    GtkWidget* addPane(GtkWidget* panes, const char* title);
+    void addSwitch(GtkWidget* pane, Switch& added, const char* title, const char* explanation);
+    void store(const Switch& changed);
 
     SafariSettings& m_settings;
     GtkWidget* m_window = nullptr;
-    GtkWidget* m_switch = nullptr;
     GtkWidget* m_problem = nullptr;
+    Switch m_developerFeatures{this, &SafariSettingsValues::developerFeatures};
+    Switch m_sampleContext{this, &SafariSettingsValues::sampleContext};
+    Switch m_sampleExtension{this, &SafariSettingsValues::sampleExtension};
 };
 
 } // namespace corvanta::lab

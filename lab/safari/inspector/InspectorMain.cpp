@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "ColorScheme.h"
 #include "InspectorCommands.h"
 #include "InspectorSession.h"
 #include "ProgramEnvironment.h"
@@ -73,6 +74,9 @@ int main(int argc, char** argv) {
         return 1;
     }
 
+    corvanta::lab::setUpIcon();
+    // Neither is ever let go of: the process ends from within.
+    const corvanta::lab::ColorScheme colorScheme(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
     corvanta::lab::InspectorSession session(options.server);
     if (options.readsCommands)
         session.readCommands();
