@@ -299,6 +299,7 @@ void MapView::paintMap(QPainter& painter) {
     paintBaseMap(painter, m_sources.baseMap, now, m_palette);
     paintTiles(painter, now);
     std::vector<QRectF> reserved;
+    reserved.reserve(m_pins.size() + 2);
     for (const Pin& pin : m_pins)
         reserved.push_back(MapPin::roomAround(now.pointFor(pin.annotation->coordinate)));
     if (m_compass->isVisibleTo(this))
