@@ -22,8 +22,8 @@ namespace {
 constexpr int maxRecents = 10;
 /// A child process may take its time; leaving does not wait longer than this for it.
 constexpr auto leavingLimit = 2s;
-/// Setting encryption up takes a while, and nobody waits for the answer.
-constexpr auto updateCheckDelay = 500ms;
+/// Finding the icon and setting encryption up take a while, and nobody waits for them.
+constexpr auto settlingTime = 200ms;
 /// A tall, narrow window, as the left of three columns is.
 constexpr QSize defaultWindowSize(430, 860);
 
@@ -144,10 +144,8 @@ void CorvantaApp::makeWindow() {
 void CorvantaApp::windowAppeared() {
     m_tasks.start(firstAppearance());
     // Nobody uses the menu of an unattended run or reads its alerts.
-    if (m_commandLine.screenshot)
-        return;
-    m_menuBarExtra.show();
-    m_tasks.start(checkForUpdates(m_updateCheckDelay.token()));
+    if (!m_commandLine.screenshot)
+        m_tasks.start(settleIn(m_settling.token()));
 }
 
 void CorvantaApp::windowClosing() {
@@ -169,9 +167,11 @@ void CorvantaApp::windowChanged(QWidget* window) {
     m_coordinator.setControlWindow(m_controlWindow);
 }
 
-QCoro::Task<void> CorvantaApp::checkForUpdates(CancellationToken token) {
-    if (co_await m_platform->clock().sleepFor(updateCheckDelay, token) == SleepResult::elapsed)
-        co_await m_updateChecker.checkAutomatically();
+QCoro::Task<void> CorvantaApp::settleIn(CancellationToken token) {
+    if (co_await m_platform->clock().sleepFor(settlingTime, token) == SleepResult::cancelled)
+        co_return;
+    m_menuBarExtra.show();
+    co_await m_updateChecker.checkAutomatically();
 }
 
 QCoro::Task<void> CorvantaApp::firstAppearance() {
@@ -235,7 +235,7 @@ void CorvantaApp::quit(int exitStatus) {
         return;
     Q_EMIT leaving();
     m_coordinator.stopWorkspace();
-    m_updateCheckDelay.cancel();
+    m_settling.cancel();
     m_updateChecker.cancel();
     if (!m_commandLine.screenshot)
         m_placement.save();

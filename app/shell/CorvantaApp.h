@@ -66,7 +66,8 @@ private:
     void windowChanged(QWidget* window);
     /// What each opening of the window begins with.
     [[nodiscard]] QCoro::Task<void> firstAppearance();
-    [[nodiscard]] QCoro::Task<void> checkForUpdates(CancellationToken token);
+    /// Shows the icon in the tray and looks for updates, a moment after the window has appeared.
+    [[nodiscard]] QCoro::Task<void> settleIn(CancellationToken token);
     [[nodiscard]] QCoro::Task<void> carryOutRequests();
     [[nodiscard]] QCoro::Task<void> carryOut(CommandLine request);
     /// False when the request names a device that is not there.
@@ -87,7 +88,7 @@ private:
     WorkspaceCoordinator m_coordinator;
     UnattendedRun m_unattendedRun;
     TaskScope m_tasks;
-    CancellationSource m_updateCheckDelay;
+    CancellationSource m_settling;
     QNetworkAccessManager m_session;
     UpdateChecker m_updateChecker;
     ShellCommands m_commands;
