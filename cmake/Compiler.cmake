@@ -24,6 +24,10 @@ target_compile_definitions(CorvantaBuildOptions INTERFACE
 if(CORVANTA_WARNINGS_AS_ERRORS)
   target_compile_options(CorvantaBuildOptions INTERFACE -Werror)
 endif()
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  # Libraries that only other libraries name are not loaded.
+  target_link_options(CorvantaBuildOptions INTERFACE -Wl,--as-needed)
+endif()
 if(CORVANTA_SANITIZE)
   target_compile_options(CorvantaBuildOptions INTERFACE
     -fsanitize=${CORVANTA_SANITIZE} -fno-sanitize-recover=undefined -fno-omit-frame-pointer)

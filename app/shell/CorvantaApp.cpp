@@ -2,6 +2,7 @@
 #include "shell/CorvantaApp.h"
 
 #include "shell/AppIdentity.h"
+#include "shell/FirstPaint.h"
 #include "window/WorkspaceView.h"
 
 #include <QCoreApplication>
@@ -21,6 +22,8 @@ namespace {
 constexpr int maxRecents = 10;
 /// A child process may take its time; leaving does not wait longer than this for it.
 constexpr auto leavingLimit = 2s;
+/// Finding the icon and setting encryption up take a while, and nobody waits for them.
+constexpr auto settlingTime = 200ms;
 /// A tall, narrow window, as the left of three columns is.
 constexpr QSize defaultWindowSize(430, 860);
 
@@ -86,9 +89,6 @@ void CorvantaApp::connectParts() {
 }
 
 void CorvantaApp::start() {
-    // Nobody uses the menu of an unattended run.
-    if (!m_commandLine.screenshot)
-        m_menuBarExtra.show();
     open(m_commandLine);
 }
 
@@ -131,11 +131,21 @@ void CorvantaApp::makeWindow() {
         m_window->resize(defaultWindowSize);
     else
         m_placement.apply(*m_window, defaultWindowSize);
+    Q_EMIT windowMade();
     m_window->show();
+    ++m_appearances;
+    // A window that is there at once is worth more than what it will show a moment later.
+    afterFirstPaint(*m_window, *this, [this] {
+        if (!m_isLeaving)
+            windowAppeared();
+    });
+}
+
+void CorvantaApp::windowAppeared() {
     m_tasks.start(firstAppearance());
-    // Nor does anybody read its alerts.
+    // Nobody uses the menu of an unattended run or reads its alerts.
     if (!m_commandLine.screenshot)
-        m_tasks.start(m_updateChecker.checkAutomatically());
+        m_tasks.start(settleIn(m_settling.token()));
 }
 
 void CorvantaApp::windowClosing() {
@@ -157,8 +167,14 @@ void CorvantaApp::windowChanged(QWidget* window) {
     m_coordinator.setControlWindow(m_controlWindow);
 }
 
+QCoro::Task<void> CorvantaApp::settleIn(CancellationToken token) {
+    if (co_await m_platform->clock().sleepFor(settlingTime, token) == SleepResult::cancelled)
+        co_return;
+    m_menuBarExtra.show();
+    co_await m_updateChecker.checkAutomatically();
+}
+
 QCoro::Task<void> CorvantaApp::firstAppearance() {
-    ++m_appearances;
     co_await m_platform->untilReady();
     if (!m_isLeaving)
         co_await m_coordinator.runSetupChecks();
@@ -219,6 +235,7 @@ void CorvantaApp::quit(int exitStatus) {
         return;
     Q_EMIT leaving();
     m_coordinator.stopWorkspace();
+    m_settling.cancel();
     m_updateChecker.cancel();
     if (!m_commandLine.screenshot)
         m_placement.save();

@@ -15,6 +15,7 @@
 #include "shell/WindowPlacement.h"
 #include "shell/WorkspaceWindow.h"
 #include "simulator/SimctlService.h"
+#include "support/Cancellation.h"
 #include "support/TaskScope.h"
 #include "updates/UpdateChecker.h"
 #include "workspace/ProfileRepository.h"
@@ -48,6 +49,9 @@ public:
     void open(const CommandLine& request);
 
 Q_SIGNALS:
+    /// A window has all its widgets and is about to be shown.
+    void windowMade();
+
     /// The program ends; nothing is to be asked of it any more.
     void leaving();
 
@@ -56,10 +60,14 @@ private:
     /// Opens the window or brings it forward, and activates the program.
     void openWindow();
     void makeWindow();
+    /// What is left for the time after the window's first picture.
+    void windowAppeared();
     void windowClosing();
     void windowChanged(QWidget* window);
     /// What each opening of the window begins with.
     [[nodiscard]] QCoro::Task<void> firstAppearance();
+    /// Shows the icon in the tray and looks for updates, a moment after the window has appeared.
+    [[nodiscard]] QCoro::Task<void> settleIn(CancellationToken token);
     [[nodiscard]] QCoro::Task<void> carryOutRequests();
     [[nodiscard]] QCoro::Task<void> carryOut(CommandLine request);
     /// False when the request names a device that is not there.
@@ -80,6 +88,7 @@ private:
     WorkspaceCoordinator m_coordinator;
     UnattendedRun m_unattendedRun;
     TaskScope m_tasks;
+    CancellationSource m_settling;
     QNetworkAccessManager m_session;
     UpdateChecker m_updateChecker;
     ShellCommands m_commands;

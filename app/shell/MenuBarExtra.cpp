@@ -26,8 +26,7 @@ QIcon menuBarIcon() {
 
 MenuBarExtra::MenuBarExtra(ShellCommands& commands, std::function<bool()> isAvailable)
     : m_isAvailable(std::move(isAvailable))
-    , m_menu(commands)
-    , m_icon(menuBarIcon()) {
+    , m_menu(commands) {
     m_icon.setToolTip(u"Corvanta"_s);
     m_icon.setContextMenu(&m_menu);
     connect(&m_icon, &QSystemTrayIcon::activated, &m_menu, [this](QSystemTrayIcon::ActivationReason reason) {
@@ -38,6 +37,8 @@ MenuBarExtra::MenuBarExtra(ShellCommands& commands, std::function<bool()> isAvai
 }
 
 void MenuBarExtra::show() {
+    if (m_icon.icon().isNull())
+        m_icon.setIcon(menuBarIcon());
     m_icon.show();
 }
 

@@ -65,9 +65,13 @@ int main(int argc, char** argv) {
             return *status;
     }
 
-    corvanta::applyAppearance(application);
+    corvanta::prepareAppearance();
     corvanta::CorvantaApp app(corvanta::makePlatform(), *outcome.commandLine);
     QObject::connect(&app, &corvanta::CorvantaApp::leaving, &app, [&instance] { instance->release(); });
+    // With the style sheet there already, each widget that is put into another would have all below it styled anew.
+    QObject::connect(
+        &app, &corvanta::CorvantaApp::windowMade, &app, [&application] { corvanta::applyAppearance(application); },
+        Qt::SingleShotConnection);
     instance->setOpenedHandler([&app](const QStringList& handed) {
         app.open(corvanta::parseCommandLine(handed).commandLine.value_or(corvanta::CommandLine()));
     });

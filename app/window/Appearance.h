@@ -72,8 +72,12 @@ struct TypeScale {
     bool operator==(const TypeScale&) const = default;
 };
 
+/// Chooses how controls are drawn. Called before the first widget is made.
+void prepareAppearance();
+
 /// Gives the application's widgets their colours, type, corners and states, and keeps them right while the desktop's
-/// palette and font change. Called once, before the first window.
+/// palette and font change. Called once, before the first window is shown; widgets that are there already cost less
+/// than such as are put together afterwards.
 void applyAppearance(QApplication& application);
 
 } // namespace corvanta

@@ -104,10 +104,14 @@ private:
 
 } // namespace
 
-void applyAppearance(QApplication& application) {
+void prepareAppearance() {
     Symbols::initialise();
-    if (QApplication::style()->name() != u"macos")
+    if (const QString style = QApplication::style()->name(); style != u"macos" && style != u"fusion")
         QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+}
+
+void applyAppearance(QApplication& application) {
+    prepareAppearance();
     new AppearanceKeeper(application);
 }
 

@@ -60,7 +60,8 @@ TitleSection::TitleSection(const SectionContext& context, QWidget* parent)
     m_grid->addWidget(m_title, 0, 1);
     m_grid->addWidget(new TextLabel(TextStyle::secondary, u"Web testing workspace for iOS Simulator"_s), 1, 1, 1, 2);
     m_grid->setColumnStretch(1, 1);
-    place();
+    // Measured as soon as it has a size.
+    m_grid->addWidget(m_phaseLine, 0, 2);
 
     connect(&m_coordinator, &WorkspaceCoordinator::phaseChanged, this, &TitleSection::showPhase);
     showPhase();

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/SimulatorDeviceParser.h"
 
+#include "simulator/DeviceListScanner.h"
 #include "support/JsonDecoder.h"
 #include "support/NameOrder.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <numeric>
 #include <utility>
 
 namespace corvanta::SimulatorDeviceParser {
@@ -32,34 +32,55 @@ SimulatorDevice decodeRecord(const JsonDecoder& record, const QString& runtimeId
     return device;
 }
 
-bool comesBefore(const SimulatorDevice& left, const SimulatorDevice& right) {
-    if (left.isBooted() != right.isBooted())
-        return left.isBooted();
-    if (const int order = compareNames(left.name, right.name); order != 0)
-        return order < 0;
-    return left.runtimeIdentifier > right.runtimeIdentifier;
+/// By what they are ordered, as numbers.
+struct Place {
+    bool isBooted;
+    std::size_t nameRank;
+    std::size_t position;
+};
+
+/// Moves each device to where its place is listed, along the circles that the moves make.
+void arrange(std::vector<SimulatorDevice>& devices, std::vector<Place>& places) {
+    for (std::size_t start = 0; start < devices.size(); ++start) {
+        SimulatorDevice first = std::move(devices[start]);
+        std::size_t at = start;
+        for (std::size_t from = std::exchange(places[at].position, at); from != start;
+             from = std::exchange(places[at].position, at)) {
+            devices[at] = std::move(devices[from]);
+            at = from;
+        }
+        devices[at] = std::move(first);
+    }
 }
 
-/// Stable by the position in the document. (The library's own stable sort allocates by a function that C++17
-/// deprecated, which is a warning here; seen in libstdc++ 12.)
 std::vector<SimulatorDevice> inDisplayOrder(std::vector<SimulatorDevice> devices) {
-    std::vector<std::size_t> positions(devices.size());
-    std::iota(positions.begin(), positions.end(), std::size_t{0});
-    std::ranges::sort(positions, [&](std::size_t left, std::size_t right) {
-        if (comesBefore(devices[left], devices[right]))
-            return true;
-        return !comesBefore(devices[right], devices[left]) && left < right;
+    std::vector<QStringView> names;
+    names.reserve(devices.size());
+    for (const SimulatorDevice& device : devices)
+        names.emplace_back(device.name);
+    const std::vector<std::size_t> ranks = nameRanks(names);
+    std::vector<Place> places;
+    places.reserve(devices.size());
+    for (std::size_t position = 0; position < devices.size(); ++position)
+        places.push_back({devices[position].isBooted(), ranks[position], position});
+    std::ranges::sort(places, [&devices](const Place& left, const Place& right) {
+        if (left.isBooted != right.isBooted)
+            return left.isBooted;
+        if (left.nameRank != right.nameRank)
+            return left.nameRank < right.nameRank;
+        const int newness =
+            QString::compare(devices[left.position].runtimeIdentifier, devices[right.position].runtimeIdentifier);
+        return newness != 0 ? newness > 0 : left.position < right.position;
     });
-    std::vector<SimulatorDevice> ordered;
-    ordered.reserve(devices.size());
-    for (const std::size_t position : positions)
-        ordered.push_back(std::move(devices[position]));
-    return ordered;
+    arrange(devices, places);
+    return devices;
 }
 
 } // namespace
 
 std::vector<SimulatorDevice> availableIOSDevices(const QByteArray& output) {
+    if (auto devices = DeviceListScanner::availableIOSDevices(output))
+        return inDisplayOrder(std::move(*devices));
     std::vector<SimulatorDevice> devices;
     for (const auto& [runtime, records] : JsonDecoder::parse(output).member(u"devices"_s).members()) {
         const bool isIOS = runtime.contains("CoreSimulator.SimRuntime.iOS"_L1);

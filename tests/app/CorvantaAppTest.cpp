@@ -315,6 +315,10 @@ TEST_F(CorvantaAppTest, StartsNothingOnADeviceThatIsNotThere) {
 
 TEST_F(CorvantaAppTest, LooksForUpdatesOnceAndInSilence) {
     begin();
+    for (int turn = 0; turn < 20 && item(u"Checking for Updates…"_s) == nullptr; ++turn) {
+        QApplication::processEvents();
+        host.clock.advance(100ms);
+    }
     EXPECT_NE(item(u"Checking for Updates…"_s), nullptr);
     settle();
     EXPECT_NE(item(u"Check for Updates…"_s), nullptr);

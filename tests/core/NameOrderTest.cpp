@@ -4,9 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <QLocale>
+#include <QStringList>
+
+#include <compare>
+#include <random>
 
 namespace corvanta {
 namespace {
+
+using namespace Qt::Literals::StringLiterals;
 
 TEST(CompareNames, ComparesDigitRunsByTheirNumber) {
     EXPECT_LT(compareNames(u"iPhone 9", u"iPhone 10"), 0);
@@ -24,6 +30,46 @@ TEST(CompareNames, TellsAccentsApart) {
 
 TEST(CompareNames, PutsTheShorterNameFirst) {
     EXPECT_LT(compareNames(u"iPhone 16", u"iPhone 16 Pro"), 0);
+}
+
+std::vector<std::size_t> ranks(const QStringList& names) {
+    return nameRanks({names.begin(), names.end()});
+}
+
+TEST(NameRanks, GiveEachNameItsPlace) {
+    EXPECT_EQ(ranks({u"b"_s, u"a"_s, u"c"_s}), (std::vector<std::size_t>{1, 0, 2}));
+    EXPECT_EQ(ranks({}), std::vector<std::size_t>());
+}
+
+TEST(NameRanks, AreOneForNamesThatDoNotDiffer) {
+    EXPECT_EQ(ranks({u"iPhone"_s, u"iPad"_s, u"IPHONE"_s, u"iPhone"_s, u"iPhone 007"_s, u"iphone 7"_s}),
+              (std::vector<std::size_t>{1, 0, 1, 1, 2, 2}));
+}
+
+TEST(NameRanks, FollowTheOrderOfNamesWhateverTheyAreMadeOf) {
+    std::mt19937 random(2026);
+    const QStringList parts{u"iPhone"_s,  u"IPAD"_s, u"x"_s,  u"Xʀ"_s, u"Xs"_s, u"é"_s, u"Å"_s,     u"z"_s, u"007"_s,
+                            u"10"_s,      u"9"_s,    u" "_s,  u"-"_s,  u"("_s,  u"@"_s, u"~"_s,     u"_"_s, u"日本"_s,
+                            u"e\u0301"_s, u"ß"_s,    u"ss"_s, u"١٢"_s, u"😀"_s, u"I"_s, u"\u200b"_s};
+    for (int round = 0; round < 200; ++round) {
+        QStringList names;
+        for (int number = 0; number < 30; ++number) {
+            QString name;
+            for (auto left = random() % 4; left > 0; --left)
+                name += parts.at(static_cast<qsizetype>(random() % static_cast<unsigned>(parts.size())));
+            names.append(name);
+        }
+        const std::vector<std::size_t> found = ranks(names);
+        for (std::size_t left = 0; left < found.size(); ++left) {
+            for (std::size_t right = 0; right < found.size(); ++right) {
+                const auto compared =
+                    compareNames(names[static_cast<qsizetype>(left)], names[static_cast<qsizetype>(right)]) <=> 0;
+                ASSERT_TRUE((found[left] <=> found[right]) == compared)
+                    << names[static_cast<qsizetype>(left)].toStdString() << " and "
+                    << names[static_cast<qsizetype>(right)].toStdString();
+            }
+        }
+    }
 }
 
 TEST(ContainsName, DisregardsCase) {

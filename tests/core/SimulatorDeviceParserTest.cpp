@@ -130,5 +130,48 @@ TEST(SimulatorDeviceParser, FailsForADocumentOfAnotherShape) {
     }
 }
 
+TEST(SimulatorDeviceParser, ReadsTextsHoweverTheyAreWritten) {
+    const auto devices = SimulatorDeviceParser::availableIOSDevices(
+        document({runtime(iOS, {record("A", R"(Xʀ \"one\" \/ \\ \t)"), record("B", R"(\u0058\u0280 two)"),
+                                R"({"ud\u0069d":"C","name":"c","state":"Shutdown"})"})}));
+    QStringList names;
+    for (const SimulatorDevice& device : devices)
+        names.append(device.udid + u':' + device.name);
+    EXPECT_EQ(names, (QStringList{u"C:c"_s, u"A:Xʀ \"one\" / \\ \t"_s, u"B:Xʀ two"_s}));
+}
+
+TEST(SimulatorDeviceParser, PassesOverWhatNobodyAsksFor) {
+    EXPECT_EQ(udids(R"( {"version": [1, -2.5, 1e3, {"a": {"b": [[]]}}, null], "devices": {"r": []}, "x": "é"} )"),
+              QStringList());
+    EXPECT_EQ(
+        udids(document({runtime(iOS, {record("A", "a", R"(,"sizes":[0,{"x":1.25}],"on":true,"path":"\/a\/b")")})})),
+        QStringList{u"A"_s});
+}
+
+TEST(SimulatorDeviceParser, TakesTheLastOfValuesUnderOneKey) {
+    EXPECT_EQ(udids(document({runtime(iOS, {record("A", "a", R"(,"udid":"B")")})})), QStringList{u"B"_s});
+    EXPECT_EQ(udids(document({runtime(iOS, {record("A", "a")}), runtime(iOS, {record("B", "b")})})),
+              QStringList{u"B"_s});
+}
+
+TEST(SimulatorDeviceParser, FailsForBytesThatAreNoTextWhereverTheyStand) {
+    for (const QByteArray& output :
+         {document({runtime(iOS, {record("A", "\xFF")})}),
+          document({runtime(iOS, {record("A", "a", ",\"p\":\"\xC3\"")})}),
+          document({runtime("watchOS", {record("\xED\xA0\x80", "a")})}), QByteArray("{\"\xFE\":1,\"devices\":{}}")}) {
+        EXPECT_THROW((void)SimulatorDeviceParser::availableIOSDevices(output), JsonDecodingError)
+            << output.toStdString();
+    }
+}
+
+TEST(SimulatorDeviceParser, FailsForADocumentThatIsCutOffAnywhere) {
+    const QByteArray whole =
+        document({runtime(iOS, {record("A", "a", R"(,"isAvailable":true,"n":[1.5,{"k":null}])")})});
+    for (qsizetype length = 0; length < whole.size(); ++length)
+        EXPECT_THROW((void)SimulatorDeviceParser::availableIOSDevices(whole.first(length)), JsonDecodingError)
+            << length;
+    EXPECT_THROW((void)SimulatorDeviceParser::availableIOSDevices(whole + '}'), JsonDecodingError);
+}
+
 } // namespace
 } // namespace corvanta

@@ -234,7 +234,7 @@ QByteArray textToType(int length) {
 }
 
 TEST_F(MonitorEndToEnd, LetsAPersonTypeAndPointElsewhere) {
-    constexpr int keystrokes = 600;
+    constexpr int keystrokes = 300;
     ASSERT_NO_FATAL_FAILURE(runOn());
     // An inspector that has just opened comes to the front once it has loaded.
     ASSERT_TRUE(eventually([] { return inspectorShows(u"data-page"_s); }));
@@ -263,7 +263,7 @@ TEST_F(MonitorEndToEnd, LetsAPersonTypeAndPointElsewhere) {
         },
         120s));
     EXPECT_EQ(typist.exitCode(), 0);
-    EXPECT_GE(elapsed.elapsed(), 60'000);
+    EXPECT_GE(elapsed.elapsed(), 30'000) << "the menu was read some fifteen times meanwhile";
     EXPECT_GT(looks, keystrokes);
     EXPECT_EQ(held, 0) << "of " << looks << " looks";
     EXPECT_EQ(elsewhere, 0) << "of " << looks << " looks";

@@ -18,6 +18,8 @@ namespace {
 constexpr int boxHeight = 250;
 /// Long enough for the window to have been painted.
 constexpr auto unseenDelay = 300ms;
+/// Long enough for a window that has just been painted to take what was done to it meanwhile.
+constexpr auto seenDelay = 30ms;
 
 /// Lets the keyboard come to a widget and what is in it from whatever stands before `place`, as if it had been made
 /// together with the rest of the window.
@@ -81,7 +83,7 @@ void MapBox::showEvent(QShowEvent*) {
 
 void MapBox::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(rect(), Appearance::current().controlPressed);
-    loadAfter(0ms);
+    loadAfter(seenDelay);
 }
 
 void MapBox::resizeEvent(QResizeEvent*) {

@@ -3,25 +3,20 @@
 
 #include "BaseMapPainter.h"
 #include "MapAccessibility.h"
+#include "MapMarks.h"
 #include "MapText.h"
-#include "map/MapScale.h"
 
 #include <QAccessible>
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QLocale>
 #include <QNativeGestureEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QStyle>
 #include <QTouchEvent>
 #include <QUrl>
 
 #include <algorithm>
-#include <array>
-#include <cmath>
-#include <numbers>
 #include <utility>
 
 namespace corvanta {
@@ -34,57 +29,7 @@ namespace {
 constexpr auto frameTime = 16ms;
 /// How long a map has to lie still before assistive technology hears of where it is.
 constexpr auto restTime = 120ms;
-constexpr double clickSlack = 4;
-constexpr double clickTurn = 15;
-constexpr double keyTilt = 10;
-/// Of the map's width or height.
-constexpr double keyWay = 0.25;
-constexpr double wheelLevels = 0.5;
-constexpr qint64 velocityTime = 90;
-constexpr int mostTiles = 80;
-constexpr double longestScale = 90;
 constexpr MapFlight::Duration quick{0.22};
-
-MapScale::Units unitsOf(const QLocale& locale) {
-    return locale.measurementSystem() == QLocale::MetricSystem ? MapScale::Units::metric : MapScale::Units::imperial;
-}
-
-/// Draws a part of a picture, from 0 to 1, onto a part of the world. Of what reaches behind the camera, where it would
-/// be turned inside out, only what lies before it.
-void paintTile(QPainter& painter, const MapProjection& now, const QImage& image, const QRectF& source,
-               const QRectF& place, int halvings = 5) {
-    std::array<QPointF, 4> corners{place.topLeft(), place.topRight(), place.bottomRight(), place.bottomLeft()};
-    for (QPointF& corner : corners)
-        corner = now.groundUnwrapped({corner.x(), corner.y()});
-    const auto isBefore = [&now](const QPointF& ground) { return now.isBeforeCamera(ground); };
-    if (!std::ranges::all_of(corners, isBefore)) {
-        if (halvings == 0 || std::ranges::none_of(corners, isBefore))
-            return;
-        for (const QPointF& half : {QPointF(0, 0), QPointF(0.5, 0), QPointF(0, 0.5), QPointF(0.5, 0.5)}) {
-            const auto quarter = [&half](const QRectF& all) {
-                return QRectF(all.x() + half.x() * all.width(), all.y() + half.y() * all.height(), all.width() / 2,
-                              all.height() / 2);
-            };
-            paintTile(painter, now, image, quarter(source), quarter(place), halvings - 1);
-        }
-        return;
-    }
-    const QSizeF size = image.size();
-    const QRectF pixels(source.x() * size.width(), source.y() * size.height(), source.width() * size.width(),
-                        source.height() * size.height());
-    QPolygonF shown;
-    for (const QPointF& corner : corners)
-        shown.append(now.shown(corner));
-    QTransform transform;
-    if (!QTransform::quadToQuad(
-            QPolygonF{pixels.topLeft(), pixels.topRight(), pixels.bottomRight(), pixels.bottomLeft()}, shown,
-            transform))
-        return;
-    painter.save();
-    painter.setTransform(transform, true);
-    painter.drawImage(pixels, image, pixels);
-    painter.restore();
-}
 
 } // namespace
 
@@ -92,6 +37,8 @@ MapView::MapView(const MapSources& sources, QWidget* parent)
     : QWidget(parent)
     , m_sources(sources)
     , m_tiles(sources.tiles)
+    , m_tilePainter(m_tiles)
+    , m_input(*this)
     , m_compass(new MapCompass(this))
     , m_attribution(new MapAttribution(this)) {
     makeMapsAccessible();
@@ -106,7 +53,6 @@ MapView::MapView(const MapSources& sources, QWidget* parent)
     m_frames.setInterval(frameTime);
     m_rest.setSingleShot(true);
     m_rest.setInterval(restTime);
-    m_inputClock.start();
     connect(&m_frames, &QTimer::timeout, this, &MapView::step);
     connect(&m_rest, &QTimer::timeout, this, &MapView::settle);
     connect(&m_tiles, &MapTileStore::tileArrived, this, [this] {
@@ -191,7 +137,8 @@ void MapView::applyPendingRegion() {
 }
 
 void MapView::moveTo(const MapCamera& camera) {
-    halt();
+    m_flight.reset();
+    m_inertia.reset();
     m_camera = camera;
     placePins();
     placeControls();
@@ -217,8 +164,15 @@ void MapView::glide(QPointF velocity) {
 }
 
 void MapView::halt() {
-    m_flight.reset();
-    m_inertia.reset();
+    if (m_flight || m_inertia)
+        moveTo(m_camera);
+}
+
+void MapView::approach(const MapCamera& camera) {
+    if (reducesMotion())
+        moveTo(camera);
+    else
+        flyTo(camera, quick);
 }
 
 void MapView::step() {
@@ -255,8 +209,12 @@ void MapView::settle() {
     Q_EMIT settled();
 }
 
+void MapView::pointAt(QPointF point) {
+    Q_EMIT clicked(point);
+}
+
 void MapView::pointAtMiddle() {
-    Q_EMIT clicked({width() / 2.0, height() / 2.0});
+    pointAt({width() / 2.0, height() / 2.0});
 }
 
 QString MapView::description() const {
@@ -304,7 +262,7 @@ void MapView::placeControls() {
     m_compass->show(m_features.showsCompass ? m_camera.bearing : 0, m_features.showsCompass ? m_camera.pitch : 0,
                     m_palette);
     m_compass->move(width() - m_compass->width() - 8, 8);
-    m_attribution->show(m_showsTiles ? m_tiles.options().attribution() : QString(), m_palette);
+    m_attribution->show(m_tilePainter.isShowing() ? m_tiles.options().attribution() : QString(), m_palette);
     m_attribution->move(width() - m_attribution->width() - 4, height() - m_attribution->height() - 4);
 }
 
@@ -323,65 +281,17 @@ void MapView::takePalette() {
 void MapView::paintTiles(QPainter& painter, const MapProjection& now) {
     if (!m_tiles.isActive())
         return;
-    m_tileZoom = MapTiles::zoomFor(m_camera, devicePixelRatioF(), m_tiles.options().highestZoom);
-    const auto shown = MapTiles::visible(now, m_tileZoom, mostTiles);
-    std::vector<MapTile> wanted;
-    bool isAnyShown = false;
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    for (const ShownMapTile& one : shown) {
-        if (std::ranges::find(wanted, one.tile) == wanted.end())
-            wanted.push_back(one.tile);
-        QRectF part(0, 0, 1, 1);
-        MapTileStore::Picture picture = m_tiles.picture(one.tile);
-        // Until it is there, or quite opaque, an earlier zoom's picture of the same land stands in.
-        const auto draw = [&](const MapTileStore::Picture& drawn, const QRectF& source) {
-            painter.setOpacity(drawn.opacity);
-            paintTile(painter, now, *drawn.image, source,
-                      {QPointF(MapTiles::corner(one).x, MapTiles::corner(one).y),
-                       QSizeF(std::exp2(-one.tile.zoom), std::exp2(-one.tile.zoom))});
-            painter.setOpacity(1);
-            isAnyShown = true;
-        };
-        if (picture.image == nullptr || picture.opacity < 1) {
-            for (int levels = 1; levels <= 4 && levels <= one.tile.zoom; ++levels) {
-                const MapTile parent = MapTiles::ancestor(one.tile, levels);
-                const MapTileStore::Picture stand = m_tiles.picture(parent);
-                if (stand.image == nullptr)
-                    continue;
-                const double side = std::exp2(-levels);
-                draw(stand, {(one.tile.column - (parent.column << levels)) * side,
-                             (one.tile.row - (parent.row << levels)) * side, side, side});
-                break;
-            }
-        }
-        if (picture.image != nullptr)
-            draw(picture, part);
-    }
+    const bool wasShowing = m_tilePainter.isShowing();
+    const std::vector<MapTile> seen = m_tilePainter.paint(painter, now, m_camera, devicePixelRatioF());
     // Whatever a flight passes over would be out of sight again before it came.
     if (m_flight || m_inertia || !isVisible())
         m_tiles.pause();
     else
-        m_tiles.show(wanted);
+        m_tiles.show(seen);
     if (m_tiles.isFading() && !m_frames.isActive())
         m_frames.start();
-    if (std::exchange(m_showsTiles, isAnyShown) != isAnyShown)
+    if (m_tilePainter.isShowing() != wasShowing)
         QMetaObject::invokeMethod(this, &MapView::placeControls, Qt::QueuedConnection);
-}
-
-bool MapView::isCoveredByTile(const WorldPoint& place) const {
-    if (!m_showsTiles)
-        return false;
-    const double across = std::exp2(m_tileZoom);
-    const MapTile tile{m_tileZoom, static_cast<int>(Mercator::wrapped(place.x) * across),
-                       static_cast<int>(place.y * across)};
-    if (m_tiles.picture(tile).image != nullptr)
-        return true;
-    for (int levels = 1; levels <= 4 && levels <= tile.zoom; ++levels) {
-        if (m_tiles.picture(MapTiles::ancestor(tile, levels)).image != nullptr)
-            return true;
-    }
-    return false;
 }
 
 void MapView::paintMap(QPainter& painter) {
@@ -389,60 +299,23 @@ void MapView::paintMap(QPainter& painter) {
     paintBaseMap(painter, m_sources.baseMap, now, m_palette);
     paintTiles(painter, now);
     std::vector<QRectF> reserved;
+    reserved.reserve(m_pins.size() + 2);
     for (const Pin& pin : m_pins)
         reserved.push_back(MapPin::roomAround(now.pointFor(pin.annotation->coordinate)));
     if (m_compass->isVisibleTo(this))
         reserved.push_back(m_compass->geometry());
     if (m_features.showsScale)
-        reserved.emplace_back(0, height() - 26, longestScale + 60, 26);
-    m_labels.paint(painter, now, reserved, [this](const WorldPoint& place) { return isCoveredByTile(place); });
+        reserved.push_back(roomOfMapScale(rect().toRectF()));
+    m_labels.paint(painter, now, reserved, [this](const WorldPoint& place) { return m_tilePainter.covers(place); });
     if (m_features.showsScale)
-        paintScale(painter);
-}
-
-void MapView::paintScale(QPainter& painter) {
-    const MapScale scale = MapScale::forCamera(m_camera, longestScale, unitsOf(locale()));
-    const double left = 12;
-    const double bottom = height() - 10;
-    QPainterPath bar;
-    bar.moveTo(left, bottom - 5);
-    bar.lineTo(left, bottom);
-    bar.lineTo(left + scale.length, bottom);
-    bar.lineTo(left + scale.length, bottom - 5);
-    QFont small = font();
-    small.setPixelSize(11);
-    QPainterPath text;
-    text.addText(left + scale.length + 7, bottom + 1, small, scale.text);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QColor halo = m_palette.halo;
-    halo.setAlpha(210);
-    painter.strokePath(bar, QPen(halo, 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.strokePath(text, QPen(halo, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.strokePath(bar, QPen(m_palette.text, 1.5));
-    painter.fillPath(text, m_palette.text);
-}
-
-void MapView::paintFocus(QPainter& painter) {
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (m_showsCrosshair) {
-        const QPointF middle(width() / 2.0, height() / 2.0);
-        QPainterPath cross;
-        for (const QPointF& way : {QPointF(1, 0), QPointF(-1, 0), QPointF(0, 1), QPointF(0, -1)}) {
-            cross.moveTo(middle + way * 4);
-            cross.lineTo(middle + way * 12);
-        }
-        painter.strokePath(cross, QPen(m_palette.halo, 4, Qt::SolidLine, Qt::RoundCap));
-        painter.strokePath(cross, QPen(m_palette.accent, 2, Qt::SolidLine, Qt::RoundCap));
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(m_palette.accent, 2));
-        painter.drawRoundedRect(rect().toRectF().adjusted(1.5, 1.5, -1.5, -1.5), 5, 5);
-    }
+        paintMapScale(painter, rect().toRectF(), m_camera, m_palette, font(), locale());
 }
 
 void MapView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     paintMap(painter);
-    paintFocus(painter);
+    if (m_input.isByKeys())
+        paintMapCrosshair(painter, rect().toRectF(), m_palette);
 }
 
 // ------------------------------------------------------------------------------------------------------------ input
@@ -471,180 +344,46 @@ void MapView::changeEvent(QEvent* event) {
 }
 
 void MapView::focusInEvent(QFocusEvent* event) {
-    m_showsCrosshair = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
-                       event->reason() == Qt::ShortcutFocusReason;
+    m_input.takeFocus(event->reason());
     update();
 }
 
 void MapView::focusOutEvent(QFocusEvent*) {
-    m_showsCrosshair = false;
+    m_input.loseFocus();
     update();
 }
 
-void MapView::zoomBy(double levels, QPointF point) {
-    if (m_features.isZoomEnabled)
-        moveTo(MapCameras::zoomed(m_camera, viewport(), point, m_camera.zoom + levels));
-}
-
 void MapView::keyPressEvent(QKeyEvent* event) {
-    const QPointF middle(width() / 2.0, height() / 2.0);
-    const bool isShifted = event->modifiers().testFlag(Qt::ShiftModifier);
-    const bool isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-    MapCamera wanted = destination();
-    const auto pan = [&](double right, double down) {
-        if (m_features.isScrollEnabled) {
-            wanted = MapCameras::dragged(wanted, viewport(), middle,
-                                         middle - QPointF(right * width(), down * height()) * keyWay);
-        }
-    };
-    const auto turn = [&](double degrees, double tilt) {
-        if (m_features.isRotateEnabled)
-            wanted.bearing += degrees;
-        if (m_features.isPitchEnabled)
-            wanted.pitch += tilt;
-    };
-    const auto zoom = [&](double levels) {
-        if (m_features.isZoomEnabled)
-            wanted.zoom += levels;
-    };
-    if (!isPlain) {
+    if (!m_input.pressKey(*event))
         QWidget::keyPressEvent(event);
-        return;
-    }
-    switch (event->key()) {
-    case Qt::Key_Left:
-        isShifted ? turn(-clickTurn, 0) : pan(-1, 0);
-        break;
-    case Qt::Key_Right:
-        isShifted ? turn(clickTurn, 0) : pan(1, 0);
-        break;
-    case Qt::Key_Up:
-        isShifted ? turn(0, keyTilt) : pan(0, -1);
-        break;
-    case Qt::Key_Down:
-        isShifted ? turn(0, -keyTilt) : pan(0, 1);
-        break;
-    case Qt::Key_Plus:
-    case Qt::Key_Equal:
-        zoom(1);
-        break;
-    case Qt::Key_Minus:
-    case Qt::Key_Underscore:
-        zoom(-1);
-        break;
-    case Qt::Key_Home:
-        wanted.bearing = 0;
-        wanted.pitch = 0;
-        break;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-        if (!event->isAutoRepeat())
-            pointAtMiddle();
-        return;
-    default:
-        QWidget::keyPressEvent(event);
-        return;
-    }
-    m_showsCrosshair = true;
-    wanted = MapCameras::bounded(wanted, viewport());
-    if (reducesMotion())
-        moveTo(wanted);
-    else
-        flyTo(wanted, quick);
 }
 
 void MapView::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton && event->button() != Qt::RightButton) {
+    if (!m_input.press(*event))
         QWidget::mousePressEvent(event);
-        return;
-    }
-    m_wheel.pressed();
-    m_showsCrosshair = false;
-    if (m_flight || m_inertia)
-        moveTo(m_camera);
-    const bool turns = event->button() == Qt::RightButton || event->modifiers().testFlag(Qt::ControlModifier);
-    m_drag = turns ? Drag::turning : Drag::pressed;
-    m_pressPoint = m_lastPoint = event->position();
-    m_samples = {{m_inputClock.elapsed(), m_pressPoint}};
 }
 
 void MapView::mouseMoveEvent(QMouseEvent* event) {
-    const QPointF point = event->position();
-    m_wheel.pointerMoved(event->globalPosition());
-    const QPointF way = point - m_pressPoint;
-    if (m_drag == Drag::pressed && std::hypot(way.x(), way.y()) >= clickSlack) {
-        m_drag = Drag::moving;
+    m_input.movePointer(*event);
+    if (m_input.isDragging())
         setCursor(Qt::ClosedHandCursor);
-    }
-    if (m_drag == Drag::moving && m_features.isScrollEnabled) {
-        moveTo(MapCameras::dragged(m_camera, viewport(), m_lastPoint, point));
-        m_samples.push_back({m_inputClock.elapsed(), point});
-        while (m_samples.size() > 2 && m_samples.front().time < m_samples.back().time - velocityTime)
-            m_samples.pop_front();
-    } else if (m_drag == Drag::turning) {
-        const QPointF step = point - m_lastPoint;
-        MapCamera turned = m_camera;
-        if (m_features.isRotateEnabled)
-            turned.bearing -= step.x() * 180 / std::max(1, width());
-        if (m_features.isPitchEnabled)
-            turned.pitch -= step.y() * 90 / std::max(1, height());
-        moveTo(MapCameras::bounded(turned, viewport()));
-    }
-    m_lastPoint = point;
-}
-
-QPointF MapView::velocityNow() const {
-    if (m_samples.size() < 2)
-        return {};
-    const auto time = static_cast<double>(m_samples.back().time - m_samples.front().time);
-    // Who holds the map still before letting go does not throw it.
-    const bool isStale = m_inputClock.elapsed() - m_samples.back().time > velocityTime / 2;
-    return isStale || time <= 0 ? QPointF() : (m_samples.back().point - m_samples.front().point) / time * 1000;
 }
 
 void MapView::mouseReleaseEvent(QMouseEvent* event) {
-    const Drag drag = std::exchange(m_drag, Drag::none);
     unsetCursor();
-    if (drag == Drag::moving && m_features.isScrollEnabled)
-        glide(velocityNow());
-    else if (drag == Drag::pressed && event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
-        Q_EMIT clicked(event->position());
+    m_input.release(*event);
 }
 
 void MapView::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !m_features.isZoomEnabled)
-        return;
-    const double levels = event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1;
-    const MapCamera wanted = MapCameras::zoomed(m_camera, viewport(), event->position(), m_camera.zoom + levels);
-    if (reducesMotion())
-        moveTo(wanted);
-    else
-        flyTo(wanted, quick);
+    m_input.doubleClick(*event);
 }
 
 void MapView::wheelEvent(QWheelEvent* event) {
-    const bool isModified = event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier);
-    const std::chrono::milliseconds now(m_inputClock.elapsed());
-    // A click leaves the focus here, long after the pointer has gone elsewhere; the keyboard is what counts.
-    const bool hasKeyboard = hasFocus() && m_showsCrosshair;
-    if (!m_features.isZoomEnabled || !m_wheel.takes(now, isModified, hasKeyboard)) {
-        event->ignore();
-        return;
-    }
-    const double turns = event->angleDelta().y() / 120.0;
-    const MapCamera wanted =
-        MapCameras::zoomed(m_camera, viewport(), event->position(), destination().zoom + turns * wheelLevels);
-    // Fine wheels and touchpads are smooth by themselves.
-    if (reducesMotion() || std::abs(turns) < 0.5)
-        moveTo(wanted);
-    else
-        flyTo(wanted, quick);
-    event->accept();
+    event->setAccepted(m_input.turnWheel(*event, hasFocus()));
 }
 
 void MapView::leaveEvent(QEvent*) {
-    m_wheel.pointerLeft();
+    m_input.leave();
 }
 
 void MapView::contextMenuEvent(QContextMenuEvent* event) {
@@ -652,72 +391,20 @@ void MapView::contextMenuEvent(QContextMenuEvent* event) {
     event->accept();
 }
 
-bool MapView::handleGesture(const QNativeGestureEvent& gesture) {
-    switch (gesture.gestureType()) {
-    case Qt::ZoomNativeGesture:
-        zoomBy(std::log2(std::max(0.1, 1 + gesture.value())), gesture.position());
-        return true;
-    case Qt::RotateNativeGesture:
-        if (m_features.isRotateEnabled)
-            moveTo(MapCameras::turned(m_camera, viewport(), gesture.position(), m_camera.bearing - gesture.value()));
-        return true;
-    case Qt::SmartZoomNativeGesture:
-        zoomBy(1, gesture.position());
-        return true;
-    case Qt::BeginNativeGesture:
-    case Qt::EndNativeGesture:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool MapView::handleTouch(const QTouchEvent& touch) {
-    if (touch.points().size() != 2) {
-        m_touchCamera.reset();
-        // One finger is what the system makes a mouse of.
-        return touch.points().size() > 2;
-    }
-    const QPointF first = touch.points()[0].position();
-    const QPointF second = touch.points()[1].position();
-    const QPointF middle = (first + second) / 2;
-    const QPointF way = second - first;
-    if (!m_touchCamera || touch.touchPointStates().testFlag(QEventPoint::Pressed)) {
-        m_drag = Drag::none;
-        m_touchCamera = m_camera;
-        m_touchMiddle = middle;
-        m_touchWay = way;
-        return true;
-    }
-    const double before = std::hypot(m_touchWay.x(), m_touchWay.y());
-    const double after = std::hypot(way.x(), way.y());
-    MapCamera camera = *m_touchCamera;
-    if (m_features.isScrollEnabled)
-        camera = MapCameras::dragged(camera, viewport(), m_touchMiddle, middle);
-    if (m_features.isZoomEnabled && before > 1 && after > 1)
-        camera = MapCameras::zoomed(camera, viewport(), middle, camera.zoom + std::log2(after / before));
-    if (m_features.isRotateEnabled) {
-        const double turn = std::atan2(way.y(), way.x()) - std::atan2(m_touchWay.y(), m_touchWay.x());
-        camera = MapCameras::turned(camera, viewport(), middle, camera.bearing - turn * 180 / std::numbers::pi);
-    }
-    moveTo(camera);
-    return true;
-}
-
 bool MapView::event(QEvent* event) {
     switch (event->type()) {
     case QEvent::NativeGesture:
-        if (handleGesture(static_cast<QNativeGestureEvent&>(*event)))
+        if (m_input.gesture(static_cast<QNativeGestureEvent&>(*event)))
             return true;
         break;
     case QEvent::TouchBegin:
     case QEvent::TouchUpdate:
     case QEvent::TouchEnd:
-        if (handleTouch(static_cast<QTouchEvent&>(*event)))
+        if (m_input.touch(static_cast<QTouchEvent&>(*event)))
             return true;
         break;
     case QEvent::TouchCancel:
-        m_touchCamera.reset();
+        m_input.cancelTouch();
         break;
     default:
         break;

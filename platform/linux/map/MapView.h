@@ -2,26 +2,23 @@
 #pragma once
 
 #include "MapControls.h"
+#include "MapInput.h"
 #include "MapLabelPainter.h"
 #include "MapPalette.h"
 #include "MapSurface.h"
+#include "MapTilePainter.h"
 #include "MapTileStore.h"
 #include "map/BaseMap.h"
 #include "map/MapCamera.h"
 #include "map/MapFlight.h"
-#include "map/WheelClaim.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
 
-#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
-
-class QNativeGestureEvent;
-class QTouchEvent;
 
 namespace corvanta {
 
@@ -37,7 +34,7 @@ struct MapSources {
 /// Dragging moves it, the wheel zooms about the pointer, a double click zooms in; dragging with the right button or
 /// with Control turns and tilts it; two fingers do all of that at once. By keys: arrows move it, with Shift they turn
 /// and tilt it, + and - zoom, Home turns it north, Return and Space point at its middle.
-class MapView final : public QWidget {
+class MapView final : public QWidget, private MovableMap {
     Q_OBJECT
 
 public:
@@ -47,9 +44,9 @@ public:
     void setFeatures(const MapFeatures& features);
 
     /// Where the map is, or is going to when it moves by itself.
-    [[nodiscard]] const MapCamera& destination() const;
+    [[nodiscard]] const MapCamera& destination() const override;
 
-    [[nodiscard]] const MapCamera& camera() const { return m_camera; }
+    [[nodiscard]] const MapCamera& camera() const override { return m_camera; }
 
     [[nodiscard]] MapProjection projection() const;
 
@@ -67,7 +64,7 @@ public:
     [[nodiscard]] QString description() const;
 
     /// The same as a click there.
-    void pointAtMiddle();
+    void pointAtMiddle() override;
 
     /// Draws a frame with everything but what lies on the map.
     void paintMap(QPainter& painter);
@@ -102,38 +99,29 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    enum class Drag { none, pressed, moving, turning };
-
     struct Pin {
         std::shared_ptr<MapAnnotation> annotation;
         MapPin* widget;
     };
 
-    struct Sample {
-        qint64 time;
-        QPointF point;
-    };
+    [[nodiscard]] const MapFeatures& features() const override { return m_features; }
 
-    [[nodiscard]] MapViewport viewport() const;
+    [[nodiscard]] MapViewport viewport() const override;
+    void moveTo(const MapCamera& camera) override;
+    void approach(const MapCamera& camera) override;
+    void glide(QPointF velocity) override;
+    void halt() override;
+    void pointAt(QPointF point) override;
+
     [[nodiscard]] bool reducesMotion() const;
-    void moveTo(const MapCamera& camera);
     void flyTo(const MapCamera& camera, std::optional<MapFlight::Duration> duration = std::nullopt);
-    void glide(QPointF velocity);
-    void halt();
     void step();
     void settle();
     void applyPendingRegion();
     void takePalette();
     void placePins();
     void placeControls();
-    void zoomBy(double levels, QPointF point);
-    [[nodiscard]] QPointF velocityNow() const;
-    [[nodiscard]] bool handleGesture(const QNativeGestureEvent& gesture);
-    [[nodiscard]] bool handleTouch(const QTouchEvent& touch);
     void paintTiles(QPainter& painter, const MapProjection& projection);
-    void paintScale(QPainter& painter);
-    void paintFocus(QPainter& painter);
-    [[nodiscard]] bool isCoveredByTile(const WorldPoint& place) const;
 
     MapSources m_sources;
     MapFeatures m_features;
@@ -141,8 +129,7 @@ private:
     MapPalette m_palette = MapPalette::light();
     MapLabelPainter m_labels;
     MapTileStore m_tiles;
-    int m_tileZoom = 0;
-    bool m_showsTiles = false;
+    MapTilePainter m_tilePainter;
 
     bool m_hasSize = false;
     std::optional<MapRegion> m_pendingRegion;
@@ -153,18 +140,7 @@ private:
     QTimer m_frames;
     QTimer m_rest;
 
-    Drag m_drag = Drag::none;
-    QPointF m_pressPoint;
-    QPointF m_lastPoint;
-    std::deque<Sample> m_samples;
-    QElapsedTimer m_inputClock;
-    WheelClaim m_wheel;
-    /// The camera and both fingers when they came down.
-    std::optional<MapCamera> m_touchCamera;
-    QPointF m_touchMiddle;
-    QPointF m_touchWay;
-
-    bool m_showsCrosshair = false;
+    MapInput m_input;
     std::vector<Pin> m_pins;
     MapCompass* m_compass;
     MapAttribution* m_attribution;

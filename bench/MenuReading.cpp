@@ -1,0 +1,318 @@
+// SPDX-License-Identifier: MIT
+// What reading a Develop menu of many pages takes over the accessibility bus, beside a walk with libatspi that asks for
+// each attribute by itself; for how long one look of the Safari driver holds the main thread; and the same while the
+// other program hangs. Exits with 1 when a goal is missed.
+#include "Platform.h"
+#include "safari/AXSupport.h"
+#include "safari/SafariAXInspector.h"
+#include "support/Measuring.h"
+#include "support/TaskScope.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QEventLoop>
+#include <QProcess>
+#include <QTimer>
+
+#include <atspi/atspi.h>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <thread>
+
+namespace {
+
+using namespace corvanta;
+using namespace corvanta::bench;
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+const QString fixtureName = u"dev.corvanta.MenuOfPages"_s;
+const QString deviceName = u"iPhone 16 Pro"_s;
+
+constexpr int goalPages = 500;
+constexpr double goalRatio = 5;
+constexpr double goalExponent = 1.1;
+constexpr double goalHold = 8;
+constexpr double goalHang = 80;
+/// What the system's own clock and one last look may add to a wait that has its limit.
+constexpr double hangSlack = 2;
+constexpr int readings = 15;
+constexpr int looks = 7;
+/// Longer than what was read before counts as recent.
+constexpr auto staleness = 250ms;
+constexpr auto patience = 20s;
+/// The driver's own pauses in one look.
+constexpr double pauses = 240;
+
+[[noreturn]] void fail(const char* what) {
+    std::fprintf(stderr, "%s\n", what);
+    std::exit(70);
+}
+
+bool turnUntil(const std::function<bool()>& isDone) {
+    for (const SteadyTime start = std::chrono::steady_clock::now();
+         std::chrono::steady_clock::now() - start < patience;) {
+        if (isDone())
+            return true;
+        QEventLoop loop;
+        QTimer::singleShot(20ms, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    return isDone();
+}
+
+/// The program whose menu is read.
+class PagesProgram {
+public:
+    explicit PagesProgram(int pages) {
+        m_process.start(QStringLiteral(CORVANTA_MENU_FIXTURE), {fixtureName});
+        m_process.write("fill " + QByteArray::number(pages) + '\n');
+        while (!m_process.readAllStandardOutput().contains("ok")) {
+            if (!m_process.waitForReadyRead(10'000))
+                fail("the program with the menu did not start");
+        }
+    }
+
+    PagesProgram(const PagesProgram&) = delete;
+    PagesProgram& operator=(const PagesProgram&) = delete;
+
+    ~PagesProgram() {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    void sendSignal(int number) const { kill(static_cast<pid_t>(m_process.processId()), number); }
+
+private:
+    QProcess m_process;
+};
+
+/// The longest time for which the event loop was away from waiting.
+class HoldWatch {
+public:
+    HoldWatch() {
+        const auto* const dispatcher = QAbstractEventDispatcher::instance();
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, &m_context, [this] { begin(); });
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &m_context, [this] { end(); });
+    }
+
+    void reset() {
+        m_longest = 0;
+        begin();
+    }
+
+    [[nodiscard]] double longest() const { return m_longest; }
+
+private:
+    void begin() { m_start = std::chrono::steady_clock::now(); }
+
+    void end() {
+        m_longest = std::max(m_longest, millisecondsSince(m_start));
+        begin();
+    }
+
+    QObject m_context;
+    SteadyTime m_start = std::chrono::steady_clock::now();
+    double m_longest = 0;
+};
+
+int walk(AccessibilityClient& client, const AccessibilityElement& element) {
+    (void)client.attribute(element, u"AXTitle");
+    (void)client.attribute(element, u"AXDescription");
+    (void)client.attribute(element, u"AXEnabled");
+    int count = 1;
+    for (const AccessibilityElement& child : AXSupport::children(client, element))
+        count += walk(client, child);
+    return count;
+}
+
+/// How many elements the menu bar has, and zero when it cannot be read.
+int readByCorvanta(AccessibilityClient& client) {
+    const auto application = AXSupport::application(client, fixtureName);
+    const auto menuBar = application ? AXSupport::element(client, *application, u"AXMenuBar") : std::nullopt;
+    return menuBar ? walk(client, *menuBar) : 0;
+}
+
+class Atspi {
+public:
+    Atspi() { atspi_init(); }
+
+    Atspi(const Atspi&) = delete;
+    Atspi& operator=(const Atspi&) = delete;
+
+    ~Atspi() { atspi_exit(); }
+
+    /// Looks for the program's menu bar, which is not counted.
+    void find() {
+        m_menuBar = nullptr;
+        AtspiAccessible* const desktop = atspi_get_desktop(0);
+        // Each attribute is asked for, as by whoever reads a menu for the first time.
+        atspi_accessible_set_cache_mask(desktop, ATSPI_CACHE_NONE);
+        const int count = atspi_accessible_get_child_count(desktop, nullptr);
+        for (int index = 0; index < count; ++index) {
+            AtspiAccessible* const application = atspi_accessible_get_child_at_index(desktop, index, nullptr);
+            if (application == nullptr ||
+                static_cast<pid_t>(atspi_accessible_get_process_id(application, nullptr)) == getpid())
+                continue;
+            char* const name = atspi_accessible_get_name(application, nullptr);
+            if (name != nullptr && fixtureName == QLatin1StringView(name))
+                m_menuBar = menuBarBelow(application);
+            g_free(name);
+        }
+        if (m_menuBar == nullptr)
+            fail("libatspi does not find the menu");
+    }
+
+    [[nodiscard]] int read() const { return walk(m_menuBar); }
+
+private:
+    static AtspiAccessible* menuBarBelow(AtspiAccessible* object) {
+        if (atspi_accessible_get_role(object, nullptr) == ATSPI_ROLE_MENU_BAR)
+            return object;
+        const int count = atspi_accessible_get_child_count(object, nullptr);
+        for (int index = 0; index < count; ++index) {
+            AtspiAccessible* const child = atspi_accessible_get_child_at_index(object, index, nullptr);
+            if (AtspiAccessible* const found = child == nullptr ? nullptr : menuBarBelow(child))
+                return found;
+        }
+        return nullptr;
+    }
+
+    static int walk(AtspiAccessible* object) {
+        g_free(atspi_accessible_get_name(object, nullptr));
+        g_free(atspi_accessible_get_description(object, nullptr));
+        g_object_unref(atspi_accessible_get_state_set(object));
+        const int children = atspi_accessible_get_child_count(object, nullptr);
+        int count = 1;
+        for (int index = 0; index < children; ++index) {
+            if (AtspiAccessible* const child = atspi_accessible_get_child_at_index(object, index, nullptr)) {
+                count += walk(child);
+                g_object_unref(child);
+            }
+        }
+        return count;
+    }
+
+    AtspiAccessible* m_menuBar = nullptr;
+};
+
+/// One look of the driver; answers how many pages it found, and -1 when it failed.
+QCoro::Task<void> look(SafariAXInspector& inspector, int& pages) {
+    pages = -1;
+    try {
+        pages = static_cast<int>((co_await inspector.snapshotTargets(deviceName)).size());
+    } catch (const std::exception&) {
+        pages = -1;
+    }
+}
+
+struct Look {
+    double milliseconds;
+    int pages;
+};
+
+Look timedLook(SafariAXInspector& inspector) {
+    TaskScope tasks;
+    int pages = -2;
+    const SteadyTime start = std::chrono::steady_clock::now();
+    tasks.start(look(inspector, pages));
+    while (pages == -2)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return {millisecondsSince(start), pages};
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    const auto platform = makePlatform();
+    AccessibilityClient& client = platform->accessibility();
+    if (!turnUntil([&client] { return client.requestTrust(); }))
+        fail("the accessibility bus does not answer");
+    SafariAXInspector inspector(client, platform->desktop(), platform->clock(), fixtureName);
+    Atspi atspi;
+    HoldWatch watch;
+
+    std::printf("%6s %9s | %12s %9s %9s | %12s %9s | %9s %12s %12s\n", "pages", "elements", "Corvanta ms", "least",
+                "most", "libatspi ms", "ratio", "looks", "look ms *", "held ms **");
+    std::vector<Sample> growth;
+    bool isQuick = false;
+    double longestHold = 0;
+    for (const int pages : {50, 100, 200, 500, 1000}) {
+        const PagesProgram program(pages);
+        if (!turnUntil([&] { return readByCorvanta(client) > pages; }))
+            fail("Corvanta does not find the menu");
+        atspi.find();
+        std::vector<double> ours;
+        std::vector<double> theirs;
+        std::vector<double> ratios;
+        int elements = 0;
+        for (int reading = 0; reading < readings; ++reading) {
+            turnUntil([&, begin = std::chrono::steady_clock::now()] {
+                return std::chrono::steady_clock::now() - begin > staleness;
+            });
+            SteadyTime start = std::chrono::steady_clock::now();
+            const int read = readByCorvanta(client);
+            const double mine = millisecondsSince(start);
+            if (read < pages)
+                fail("Corvanta did not read all of the menu");
+            elements = read;
+            start = std::chrono::steady_clock::now();
+            if (atspi.read() < pages)
+                fail("libatspi did not read all of the menu");
+            const double plain = millisecondsSince(start);
+            ours.push_back(mine);
+            theirs.push_back(plain);
+            ratios.push_back(plain / mine);
+        }
+        std::vector<double> lookTimes;
+        std::vector<double> holds;
+        for (int number = 0; number < looks; ++number) {
+            watch.reset();
+            const Look seen = timedLook(inspector);
+            if (seen.pages < pages)
+                fail("the driver did not find all pages");
+            lookTimes.push_back(seen.milliseconds - pauses);
+            holds.push_back(watch.longest());
+        }
+        std::printf("%6d %9d | %12.2f %9.2f %9.2f | %12.2f %9.1f | %9d %12.2f %12.2f\n", pages, elements, median(ours),
+                    quantile(ours, 0), quantile(ours, 1), median(theirs), median(ratios), looks, median(lookTimes),
+                    quantile(holds, 1));
+        growth.push_back({static_cast<double>(pages), median(ours)});
+        if (pages <= goalPages)
+            longestHold = std::max(longestHold, quantile(holds, 1));
+        if (pages == goalPages)
+            isQuick = median(ratios) >= goalRatio;
+    }
+    std::puts(" * median, above the driver's own pauses    ** the longest of all looks");
+
+    const PagesProgram program(goalPages);
+    if (!turnUntil([&] { return readByCorvanta(client) > goalPages; }))
+        fail("Corvanta does not find the menu");
+    program.sendSignal(SIGSTOP);
+    std::this_thread::sleep_for(staleness);
+    std::printf("\nwhile the other program hangs, look by look: held ms, pages\n");
+    double hangHold = 0;
+    for (int number = 0; number < looks; ++number) {
+        watch.reset();
+        const Look seen = timedLook(inspector);
+        hangHold = std::max(hangHold, watch.longest());
+        std::printf("%12.2f %6d\n", watch.longest(), seen.pages);
+    }
+    program.sendSignal(SIGCONT);
+
+    const double exponent = growthExponent(growth);
+    const bool isLinear = exponent <= goalExponent;
+    const bool isShort = longestHold <= goalHold;
+    const bool isBounded = hangHold <= goalHang + hangSlack;
+    std::printf("\nat least %.0f times as fast at %d pages: %s\n", goalRatio, goalPages, verdict(isQuick));
+    std::printf("grows with the pages to the power of %.2f, at most %.1f: %s\n", exponent, goalExponent,
+                verdict(isLinear));
+    std::printf("main thread never held for longer than %.0f ms up to %d pages: %s (%.2f ms)\n", goalHold, goalPages,
+                verdict(isShort), longestHold);
+    std::printf("and for at most %.0f ms when the other program hangs: %s (%.2f ms)\n", goalHang, verdict(isBounded),
+                hangHold);
+    return isQuick && isLinear && isShort && isBounded ? 0 : 1;
+}
