@@ -84,6 +84,8 @@ public:
         m_bus = bus.get();
         setOnBus(true);
         gtk_main();
+        // Who asked for the shutdown gets the answer.
+        g_dbus_connection_flush_sync(bus.get(), nullptr, nullptr);
         g_dbus_node_info_unref(node);
     }
 
