@@ -37,8 +37,6 @@ public:
                    .onConnection = [this](bool isConnected) { setConnected(isConnected); }})
         , m_inspectors(m_relay.inspectorAddress()) {}
 
-    [[nodiscard]] const LabDevice& device() const { return m_device; }
-
     [[nodiscard]] bool isConnected() const { return m_isConnected; }
 
     /// Whether this has a device's place for the same server.
@@ -147,8 +145,6 @@ void Developer::applySettings() {
         [](gpointer self) -> gboolean {
             auto* const developer = static_cast<Developer*>(self);
             developer->m_update.forget();
-            for (const LabDevice& device : developer->m_booted)
-                developer->setSamples(device);
             developer->update();
             return G_SOURCE_REMOVE;
         },
@@ -156,19 +152,18 @@ void Developer::applySettings() {
 }
 
 void Developer::setDevices(const std::vector<LabDevice>& devices) {
-    const std::vector<LabDevice> before = std::exchange(m_booted, {});
+    m_booted.clear();
     std::ranges::copy_if(devices, std::back_inserter(m_booted),
                          [](const LabDevice& device) { return device.isBooted() && !device.inspectorAddress.empty(); });
-    for (const LabDevice& device : m_booted) {
-        if (!isAmong(before, device.busName))
-            setSamples(device);
-    }
+    std::erase_if(m_samples, [this](const auto& known) { return !isAmong(m_booted, known.first); });
     update();
 }
 
 void Developer::update() {
-    for (const LabDevice& device : m_booted)
+    for (const LabDevice& device : m_booted) {
         remember(device);
+        setSamples(device.busName);
+    }
     std::vector<LabDevice> devices = remembered();
     devices.insert(devices.end(), m_booted.begin(), m_booted.end());
     std::erase_if(m_devices, [&devices](const auto& known) {
@@ -224,16 +219,18 @@ void Developer::remember(const LabDevice& device) {
         g_warning("The address of %s is not kept: %s", device.name.c_str(), problem.c_str());
 }
 
-void Developer::setSamples(const LabDevice& device) {
-    callSamples(device.busName, "JSContext", m_settings.values().sampleContext);
-    callSamples(device.busName, "WebExtension", m_settings.values().sampleExtension);
-}
-
-void Developer::callSamples(const std::string& busName, const char* sample, bool isPresent) {
-    // A device that has no samples answers with an error, which changes nothing.
-    g_dbus_connection_call(m_bus.get(), busName.c_str(), devicePath, samplesInterface, "SetPresent",
-                           g_variant_new("(sb)", sample, isPresent ? TRUE : FALSE), nullptr,
-                           G_DBUS_CALL_FLAGS_NO_AUTO_START, answerLimit, nullptr, nullptr, nullptr);
+void Developer::setSamples(const std::string& busName) {
+    const Samples wanted{m_settings.values().sampleContext, m_settings.values().sampleExtension};
+    if (const auto known = m_samples.find(busName); known != m_samples.end() && known->second == wanted)
+        return;
+    m_samples[busName] = wanted;
+    for (const auto& [sample, isPresent] :
+         {std::pair{"JSContext", wanted.context}, std::pair{"WebExtension", wanted.extension}}) {
+        // A device that has no samples answers with an error, which changes nothing.
+        g_dbus_connection_call(m_bus.get(), busName.c_str(), devicePath, samplesInterface, "SetPresent",
+                               g_variant_new("(sb)", sample, isPresent ? TRUE : FALSE), nullptr,
+                               G_DBUS_CALL_FLAGS_NO_AUTO_START, answerLimit, nullptr, nullptr, nullptr);
+    }
 }
 
 void Developer::inspect(const std::string& busName, const TargetIdentifier& target) {

@@ -34,12 +34,17 @@ public:
 private:
     class Device;
 
+    struct Samples {
+        bool context = false;
+        bool extension = false;
+        bool operator==(const Samples&) const = default;
+    };
+
     void setDevices(const std::vector<LabDevice>& devices);
     void update();
     [[nodiscard]] std::vector<LabDevice> remembered() const;
     void remember(const LabDevice& device);
-    void setSamples(const LabDevice& device);
-    void callSamples(const std::string& busName, const char* sample, bool isPresent);
+    void setSamples(const std::string& busName);
     void inspect(const std::string& busName, const TargetIdentifier& target);
 
     GlibPointer<GDBusConnection> m_bus;
@@ -47,6 +52,8 @@ private:
     DevelopMenu m_menu;
     /// The booted ones on the bus.
     std::vector<LabDevice> m_booted;
+    /// What these were told to have.
+    std::map<std::string, Samples> m_samples;
     std::map<std::string, std::unique_ptr<Device>> m_devices;
     SourceGuard m_update;
     DeviceWatcher m_watcher;

@@ -15,7 +15,13 @@ constexpr guint slowRetryInterval = 2000;
 
 /// The number of this object's own command; inspectors count theirs from one.
 constexpr const char* pauseCommand = R"({"id":2000000001,"method":"Debugger.pause"})";
-constexpr std::string_view pauseAnswer = R"("id":2000000001)";
+
+/// An answer is short whatever it says, and nothing else is looked into.
+bool answersPause(const InspectorFrame& frame) {
+    constexpr std::size_t longestAnswer = 200;
+    const auto message = frameMessage(frame);
+    return message && message->size() < longestAnswer && message->find(R"("id":2000000001)") != std::string_view::npos;
+}
 
 } // namespace
 
@@ -129,8 +135,7 @@ void InspectorRelay::fromDevice(const InspectorFrame& frame) {
         if (!std::exchange(m_isConnected, true))
             m_handlers.onConnection(true);
     } else if (frame.name == "SendMessageToFrontend") {
-        const auto message = frameMessage(frame);
-        if (message && message->find(pauseAnswer) != std::string_view::npos)
+        if (answersPause(frame))
             return;
         const auto target = frameTarget(frame);
         const auto inspector = target ? m_inspected.find(*target) : m_inspected.end();

@@ -16,10 +16,10 @@ const std::string deviceTitle = "iPhone 16 Pro – iOS 18.2";
 const std::string closedTitle = "Web Inspector — apple.test";
 const std::string otherTitle = "Web Inspector — shop.test";
 
-/// Two rounds of each way; CORVANTA_ROUNDS names another number of rounds for a long run by hand.
+/// One round of each way; CORVANTA_ROUNDS names another number of rounds for a long run by hand.
 int roundsToGo() {
     const char* const text = std::getenv("CORVANTA_ROUNDS");
-    return text ? std::atoi(text) : 6;
+    return text ? std::atoi(text) : 3;
 }
 
 } // namespace
