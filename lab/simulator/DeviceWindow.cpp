@@ -86,6 +86,7 @@ DeviceWindow::~DeviceWindow() {
     m_sheets->abandonAll();
     m_pages.reset();
     m_requests.reset();
+    m_locationPermission.reset();
     m_keyboard.reset();
     gtk_widget_destroy(pages);
     gtk_widget_destroy(m_window);
@@ -176,7 +177,10 @@ void DeviceWindow::apply(const DeviceSettings& settings) {
     GtkStyleContext* style = gtk_widget_get_style_context(m_content);
     m_look.isDark ? gtk_style_context_add_class(style, "dark") : gtk_style_context_remove_class(style, "dark");
     m_keyboard->setDark(m_look.isDark);
-    m_pages->location().setAllowed(settings.allowsLocation());
+    g_object_set(gtk_settings_get_default(), "gtk-enable-animations", settings.reduceMotion ? FALSE : TRUE, nullptr);
+    m_isMotionReduced = settings.reduceMotion;
+    m_pages->location().setAllowed(settings.locationAccess() != LocationAccess::denied);
+    m_locationPermission->setAccess(settings.locationAccess());
     gtk_widget_queue_draw(m_content);
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PageRequests.h"
 
-#include "LocationFeed.h"
+#include "LocationPermission.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -135,7 +135,7 @@ gboolean answerDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer data)
 
 } // namespace
 
-PageRequests::PageRequests(SheetLayer& sheets, LocationFeed& location, WebKitWebContext* context)
+PageRequests::PageRequests(SheetLayer& sheets, LocationPermission& location, WebKitWebContext* context)
     : m_sheets(sheets)
     , m_location(location)
     , m_context(WEBKIT_WEB_CONTEXT(g_object_ref(context))) {
@@ -203,17 +203,13 @@ void PageRequests::attend(WebPage& page) {
 
 void PageRequests::forget(const WebPage& page) {
     m_sheets.abandon(&page);
+    m_location.forget(page);
 }
 
 void PageRequests::askPermission(WebPage& page, WebKitPermissionRequest* request) {
     if (WEBKIT_IS_GEOLOCATION_PERMISSION_REQUEST(request)) {
-        // Not asked in a sheet, as what is allowed is set with the device's privacy settings. Also allowed without a
-        // location, as a refusal would stick to the page: the feed tells that there is none.
-        if (m_location.isAllowed()) {
-            webkit_permission_request_allow(request);
-        } else {
-            webkit_permission_request_deny(request);
-        }
+        // Also allowed without a location, as a refusal would stick to the page: the feed tells that there is none.
+        m_location.answer(page, request);
         return;
     }
     QString wanted;
