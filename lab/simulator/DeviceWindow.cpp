@@ -43,6 +43,10 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     : m_type(type)
     , m_runtimeName(runtime.name)
     , m_events(std::move(events)) {
+    char* themeName = nullptr;
+    g_object_get(gtk_settings_get_default(), "gtk-theme-name", &themeName, nullptr);
+    m_themeName = themeName;
+    g_free(themeName);
     addDeviceStyle();
     presentAs(type);
     makeCommands();
@@ -179,6 +183,10 @@ void DeviceWindow::apply(const DeviceSettings& settings) {
     m_keyboard->setDark(m_look.isDark);
     g_object_set(gtk_settings_get_default(), "gtk-enable-animations", settings.reduceMotion ? FALSE : TRUE, nullptr);
     m_isMotionReduced = settings.reduceMotion;
+    // So does it with the contrast, which it reads from the theme's name.
+    g_object_set(gtk_settings_get_default(), "gtk-theme-name",
+                 settings.increaseContrast ? "HighContrast" : m_themeName.constData(), nullptr);
+    m_pages->setContentSize(settings.contentSize);
     m_pages->location().setAllowed(settings.locationAccess() != LocationAccess::denied);
     m_locationPermission->setAccess(settings.locationAccess());
     gtk_widget_queue_draw(m_content);

@@ -104,6 +104,7 @@ private:
     DeviceLayout m_layout;
     DeviceLook m_look;
     bool m_isMotionReduced = false;
+    QByteArray m_themeName;
     QSize m_area;
     std::vector<std::function<void()>> m_waiting;
     unsigned m_clock = 0;

@@ -198,6 +198,11 @@ void PageRequests::attend(WebPage& page) {
         return TRUE;
     };
     connect("load-failed", G_CALLBACK(failed));
+    const auto ended = +[](WebKitWebView*, WebKitWebProcessTerminationReason, gpointer data) {
+        const auto* attended = static_cast<Attended*>(data);
+        attended->requests.forget(attended->page);
+    };
+    connect("web-process-terminated", G_CALLBACK(ended));
     g_signal_connect(view, "decide-policy", G_CALLBACK(decidePolicy), nullptr);
 }
 
@@ -252,6 +257,9 @@ void PageRequests::chooseFiles(WebPage& page, void* request) {
         gtk_file_chooser_set_filter(files, filter);
     }
     gtk_widget_set_size_request(chooser, 180, 240);
+    const auto activated =
+        +[](GtkFileChooser*, gpointer sheets) { static_cast<SheetLayer*>(sheets)->pressDefaultLater(); };
+    g_signal_connect(chooser, "file-activated", G_CALLBACK(activated), &m_sheets);
     m_sheets.show({.title = u"Choose a File"_s,
                    .content = chooser,
                    .buttons = {{.label = u"Cancel"_s,

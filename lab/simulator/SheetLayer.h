@@ -53,6 +53,9 @@ public:
     /// Takes back all that this one asked.
     void abandon(const void* asker);
 
+    /// Presses the button that Return presses, once what happens now is over; for what a sheet holds.
+    void pressDefaultLater();
+
     /// Takes back everything; for the end.
     void abandonAll();
 
@@ -64,6 +67,7 @@ public:
 private:
     void present();
     void press(std::size_t button);
+    bool pressFor(bool Sheet::Button::* purpose);
 
     std::list<Sheet> m_sheets;
     GtkCssProvider* m_style = nullptr;
@@ -71,6 +75,7 @@ private:
     GtkWidget* m_card = nullptr;
     GtkWidget* m_entry = nullptr;
     double m_scale = 1;
+    unsigned m_pressing = 0;
 };
 
 } // namespace corvanta::lab

@@ -54,6 +54,16 @@ QStringList openTargets(pid_t process) {
     return targets;
 }
 
+/// What the system counts under that name, in bytes.
+qint64 sizeOf(pid_t process, const char* name) {
+    for (const QByteArray& line : contentsOf(procFolder(process) + u"/smaps_rollup"_s).split('\n')) {
+        if (line.startsWith(name)) {
+            return line.simplified().split(' ').value(1).toLongLong() * 1024;
+        }
+    }
+    return 0;
+}
+
 /// Well-known names go to `names`; answers how many connections there are.
 qsizetype takeNames(const QStringList& all, const QString& bus, QSet<QString>& names) {
     qsizetype connections = 0;
@@ -97,12 +107,11 @@ QList<DesktopProcess> desktopProcesses(const QSet<pid_t>& sessions) {
 }
 
 qint64 proportionalSize(pid_t process) {
-    for (const QByteArray& line : contentsOf(procFolder(process) + u"/smaps_rollup"_s).split('\n')) {
-        if (line.startsWith("Pss:")) {
-            return line.simplified().split(' ').value(1).toLongLong() * 1024;
-        }
-    }
-    return 0;
+    return sizeOf(process, "Pss:");
+}
+
+qint64 ownSize(pid_t process) {
+    return sizeOf(process, "Private_Dirty:");
 }
 
 qsizetype openSockets(pid_t process) {

@@ -22,9 +22,11 @@ struct DesktopProcess {
 /// Every program of the desktop but the test itself, and whoever else is in one of those sessions.
 [[nodiscard]] QList<DesktopProcess> desktopProcesses(const QSet<pid_t>& sessions = {});
 
-/// The memory that would be free without the process, in bytes: its own, and its part of what it shares; 0 when it has
-/// gone.
+/// The process's own memory and its part of what it shares, in bytes; 0 when it has gone.
 [[nodiscard]] qint64 proportionalSize(pid_t process);
+
+/// The memory that the process has written and shares with nobody, in bytes, whatever else runs; 0 when it has gone.
+[[nodiscard]] qint64 ownSize(pid_t process);
 
 /// How many sockets the process has open.
 [[nodiscard]] qsizetype openSockets(pid_t process);

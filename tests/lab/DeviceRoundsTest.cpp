@@ -35,11 +35,11 @@ int numberFrom(const char* variable, int otherwise) {
     return isNumber && number > 0 ? number : otherwise;
 }
 
-/// Memory of a program of the desktop, or of all of them with that name, in bytes.
+/// What a program of the desktop has in memory for itself, or all of them with that name, in bytes.
 qint64 sizeOfAll(const QString& program) {
     qint64 size = 0;
     for (const DesktopProcess& process : desktopProcesses()) {
-        size += process.program == program ? proportionalSize(process.identifier) : 0;
+        size += process.program == program ? ownSize(process.identifier) : 0;
     }
     return size;
 }
