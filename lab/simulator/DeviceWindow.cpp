@@ -60,8 +60,11 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     m_hidden = gtk_offscreen_window_new();
     // It is nobody's window: tools that list windows must not meet it.
     atk_object_set_role(gtk_widget_get_accessible(m_hidden), ATK_ROLE_REDUNDANT_OBJECT);
-    gtk_window_set_default_size(GTK_WINDOW(m_hidden), full.width(), full.height());
-    followSize(full);
+    // Asked for, as an offscreen window forgets its default size, and with room for the device on its side: in a small
+    // window the engine would not draw a page's text as small as it is on the device.
+    const int side = std::max(full.width(), full.height());
+    gtk_widget_set_size_request(m_hidden, side, side);
+    followSize({side, side});
     moveContentTo(m_hidden);
     gtk_widget_show(m_hidden);
     makeWindow();

@@ -52,8 +52,8 @@ QByteArray deviceStyles(const QMargins& safeArea, const QString& contentSize) {
     QByteArray style = ":root{" + inset("top", safeArea.top()) + inset("right", safeArea.right()) +
                        inset("bottom", safeArea.bottom()) + inset("left", safeArea.left());
     for (const TextStyle& text : textStyles()) {
-        style += "--corvanta-font-" + QByteArray(text.name) + ":" + QByteArray::number(text.weight) + " " +
-                 QByteArray::number(text.sizeAt(contentSize)) + "px system-ui;";
+        style +=
+            "--corvanta-font-" + QByteArray(text.name) + ":" + QByteArray::number(text.sizeAt(contentSize)) + "px;";
     }
     return style + "}";
 }

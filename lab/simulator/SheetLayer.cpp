@@ -172,7 +172,7 @@ void SheetLayer::present() {
                        std::ranges::all_of(sheet.buttons, [](const auto& button) { return button.label.size() < 12; });
     GtkWidget* row = gtk_box_new(isRow ? GTK_ORIENTATION_HORIZONTAL : GTK_ORIENTATION_VERTICAL, 0);
     gtk_box_set_homogeneous(GTK_BOX(row), TRUE);
-    GtkWidget* focused = m_entry;
+    GtkWidget* focused = sheet.focused != nullptr ? sheet.focused : m_entry;
     for (std::size_t index = 0; index < sheet.buttons.size(); ++index) {
         GtkWidget* button = gtk_button_new_with_label(sheet.buttons[index].label.toUtf8().constData());
         GtkStyleContext* style = gtk_widget_get_style_context(button);

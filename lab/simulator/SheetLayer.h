@@ -30,6 +30,8 @@ struct Sheet {
     std::optional<QString> entry = {};
     /// A widget below the text, owned by the sheet once it is shown; null for none.
     GtkWidget* content = nullptr;
+    /// What of the content gets the focus; null for the entry or the default button.
+    GtkWidget* focused = nullptr;
     std::vector<Button> buttons = {};
     /// Who asks; the sheet goes without an answer when that goes.
     const void* asker = nullptr;

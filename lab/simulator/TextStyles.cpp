@@ -7,7 +7,6 @@ namespace corvanta::lab {
 
 namespace {
 
-constexpr int semibold = 600;
 constexpr qsizetype standardSize = 3;
 
 // The tables of sizes for iOS in the Human Interface Guidelines, "Typography".
@@ -31,22 +30,22 @@ int TextStyle::sizeAt(const QString& contentSize) const {
 
 const std::vector<TextStyle>& textStyles() {
     static const std::vector<TextStyle> styles{
-        {"title0", 400, largeTitle},
-        {"title1", 400, title1},
-        {"title2", 400, title2},
-        {"title3", 400, title3},
-        {"headline", semibold, body},
-        {"short-headline", semibold, body},
-        {"body", 400, body},
-        {"short-body", 400, body},
-        {"tall-body", 400, body},
-        {"subheadline", 400, subheadline},
-        {"short-subheadline", 400, subheadline},
-        {"footnote", 400, footnote},
-        {"short-footnote", 400, footnote},
-        {"caption1", 400, caption1},
-        {"short-caption1", 400, caption1},
-        {"caption2", 400, caption2},
+        {"title0", largeTitle},
+        {"title1", title1},
+        {"title2", title2},
+        {"title3", title3},
+        {"headline", body},
+        {"short-headline", body},
+        {"body", body},
+        {"short-body", body},
+        {"tall-body", body},
+        {"subheadline", subheadline},
+        {"short-subheadline", subheadline},
+        {"footnote", footnote},
+        {"short-footnote", footnote},
+        {"caption1", caption1},
+        {"short-caption1", caption1},
+        {"caption2", caption2},
     };
     return styles;
 }

@@ -11,7 +11,6 @@ namespace corvanta::lab {
 /// A font of the system that follows the text size, as style sheets name it behind `-apple-system-`.
 struct TextStyle {
     const char* name = "";
-    int weight = 400;
     /// In CSS pixels for each of `contentSizes()`.
     std::array<int, 12> sizes{};
 

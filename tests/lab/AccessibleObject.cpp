@@ -80,6 +80,16 @@ QList<AccessibleObject> AccessibleObject::children() const {
         result.append(takeObject(list));
     }
     list.endArray();
+    if (result.isEmpty()) {
+        // What another process has put into this one's window, as pages are, is told one by one only.
+        const QVariantList single = ask(*this, objectInterface, u"GetChildAtIndex"_s, {0});
+        if (!single.isEmpty()) {
+            const AccessibleObject child = takeObject(single.first().value<QDBusArgument>());
+            if (!child.path.endsWith(u"/null")) {
+                result.append(child);
+            }
+        }
+    }
     return result;
 }
 

@@ -98,8 +98,8 @@ setInterval(report, 50);
 constexpr char stylesPage[] = R"html(<!doctype html><meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1"><title>Styles</title>
 <link rel="stylesheet" href="/styles.css"><style>
-#sheet { color: red; font: -apple-system-body; }
-#later { font: -apple-system-footnote !important; font-style: italic; }
+#sheet { color: red; font: -apple-system-body; font-style: italic; }
+#later { font: -apple-system-footnote !important; }
 @media (min-width: 1px) { #nested { font: -apple-system-headline; } }
 @supports (font: -apple-system-body) { #asked { font: -apple-system-title1; } }
 #plain { font: 16px serif; }
@@ -121,7 +121,7 @@ let last = '';
 const report = () => {
     const fonts = Object.fromEntries([...document.querySelectorAll('p')].map(({ id }) => [id, font(id)]));
     const now = encodeURIComponent(JSON.stringify({ page: location.pathname.slice(1), ...fonts,
-        colour: getComputedStyle(element('sheet')).color, style: getComputedStyle(element('later')).fontStyle,
+        colour: getComputedStyle(element('sheet')).color, style: getComputedStyle(element('sheet')).fontStyle,
         known: CSS.supports('font', '-apple-system-body') && CSS.supports('(font: -apple-system-headline)'),
         unknown: CSS.supports('font', '-apple-system-nonsense') }));
     if (now !== last) {

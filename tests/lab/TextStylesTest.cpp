@@ -22,7 +22,6 @@ TEST(TextStyles, HaveThePublishedSizes) {
     EXPECT_EQ(style("body").sizeAt(u"extra-small"_s), 14);
     EXPECT_EQ(style("body").sizeAt(u"large"_s), 17);
     EXPECT_EQ(style("body").sizeAt(u"accessibility-extra-extra-extra-large"_s), 53);
-    EXPECT_EQ(style("headline").weight, 600);
     EXPECT_EQ(style("footnote").sizeAt(u"large"_s), 13);
 }
 

@@ -6,15 +6,30 @@
     const styles = '((?:short-|tall-)?(?:headline|subheadline|body|footnote|caption[12]|title[0-3]))';
     const insetMarker = /env\(\s*safe-area-inset-/i;
     const insets = /env\(\s*safe-area-inset-(top|right|bottom|left)\b/gi;
-    const fonts = new RegExp(`(\\bfont\\s*:\\s*)-apple-system-${styles}(?![\\w-])`, 'gi');
+    const asked = new RegExp(`\\(\\s*font\\s*:\\s*-apple-system-${styles}\\s*\\)`, 'gi');
+    const fonts = new RegExp(`\\bfont\\s*:\\s*-apple-system-${styles}(?![\\w-])(\\s*!\\s*important)?`, 'gi');
     const onlyFont = new RegExp(`^\\s*-apple-system-${styles}\\s*$`, 'i');
-    const fontOf = (style) => `var(--corvanta-font-${style.toLowerCase()})`;
+    // Each part by itself: a shorthand that holds a variable cannot be read back once a part of it is set otherwise.
+    const partsOf = (style) =>
+        Object.entries({
+            'font-style': 'normal',
+            'font-variant': 'normal',
+            'font-stretch': 'normal',
+            'font-weight': /^(short-)?headline$/i.test(style) ? '600' : '400',
+            'font-size': `var(--corvanta-font-${style.toLowerCase()})`,
+            'line-height': 'normal',
+            'font-family': 'system-ui',
+        });
     const hasFonts = (text) => text.search(fonts) >= 0;
-    const mendFonts = (text) => text.replace(fonts, (_, start, style) => start + fontOf(style));
+    const mendFonts = (text) =>
+        text
+            .replace(asked, '(font: caption)')
+            .replace(fonts, (_, style, important = '') =>
+                partsOf(style).map(([name, value]) => `${name}: ${value}${important}`).join('; '));
     const mendInsets = (text) => (insetMarker.test(text) ? text.replace(insets, 'var(--corvanta-safe-area-inset-$1') : text);
     const mend = (text) => mendFonts(mendInsets(text));
-    const mendValue = (name, value) =>
-        String(name).toLowerCase() === 'font' && onlyFont.test(value) ? fontOf(onlyFont.exec(value)[1]) : mendInsets(value);
+    // The style that a value names, if it is that of a font.
+    const fontIn = (name, value) => (String(name).toLowerCase() === 'font' ? onlyFont.exec(value)?.[1] : undefined);
 
     const mendStyle = (style) => {
         const text = style.cssText;
@@ -149,29 +164,23 @@
         }
         return original.apply(target, values);
     };
-    const withValue = (original, target, values) => {
-        if (values.length > 1 && typeof values[1] === 'string') {
-            values[1] = mendValue(values[0], values[1]);
-        }
-        return original.apply(target, values);
-    };
     wrap(CSSStyleSheet.prototype, 'insertRule', withText(0));
     wrap(CSSStyleSheet.prototype, 'addRule', withText(1));
     wrap(CSSStyleSheet.prototype, 'replace', withText(0));
     wrap(CSSStyleSheet.prototype, 'replaceSync', withText(0));
     wrap(CSSGroupingRule.prototype, 'insertRule', withText(0));
-    wrap(CSSStyleDeclaration.prototype, 'setProperty', withValue);
+    const setFont = (style, font, priority) => partsOf(font).forEach(([name, value]) => style.setProperty(name, value, priority));
+    wrap(CSSStyleDeclaration.prototype, 'setProperty', (original, target, values) => {
+        const font = fontIn(values[0], values[1]);
+        return font ? setFont(target, font, values[2]) : withText(1)(original, target, values);
+    });
     wrap(CSS, 'supports', (original, target, values) =>
-        values.length > 1 ? withValue(original, target, values) : withText(0)(original, target, values));
-    for (const [name, change] of [['cssText', mend], ['font', (value) => mendValue('font', value)]]) {
-        const property = Object.getOwnPropertyDescriptor(CSSStyleDeclaration.prototype, name);
-        if (property?.set) {
-            Object.defineProperty(CSSStyleDeclaration.prototype, name, {
-                ...property,
-                set(value) {
-                    property.set.call(this, typeof value === 'string' ? change(value) : value);
-                },
-            });
-        }
-    }
+        fontIn(values[0], values[1]) ? true : withText(0)(original, target, values));
+    const text = Object.getOwnPropertyDescriptor(CSSStyleDeclaration.prototype, 'cssText');
+    Object.defineProperty(CSSStyleDeclaration.prototype, 'cssText', {
+        ...text,
+        set(value) {
+            text.set.call(this, typeof value === 'string' ? mend(value) : value);
+        },
+    });
 })();
