@@ -95,7 +95,7 @@ BootResult bootDevice(DeviceBus& bus, DeviceSet& set, const Device& device) {
         return BootResult::alreadyRunning;
     }
     set.noteBoot(device);
-    set.changeSettings(device, [](DeviceSettings& settings) { settings.statusBar.clear(); });
+    set.changeSettings(device, &DeviceSettings::endSession);
     const pid_t process = startDetached(programFolder() + u"/SimulatorDevice"_s, {device.udid},
                                         set.folderOf(device) + u"/device.log"_s, turn.descriptor());
     bool hasEnded = false;

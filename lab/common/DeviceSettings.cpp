@@ -25,6 +25,24 @@ QJsonObject objectOf(const QMap<QString, QString>& texts) {
     return object;
 }
 
+const QMap<LocationAccess, QString>& accessWords() {
+    static const QMap<LocationAccess, QString> words{{LocationAccess::granted, u"granted"_s},
+                                                     {LocationAccess::grantedOnce, u"once"_s},
+                                                     {LocationAccess::denied, u"denied"_s},
+                                                     {LocationAccess::ask, u"ask"_s}};
+    return words;
+}
+
+/// The services that decide about the location, the one that counts most first.
+const QStringList& locationServices() {
+    static const QStringList services{u"location-always"_s, u"location"_s, u"all"_s};
+    return services;
+}
+
+QString browserEntry(const QString& service) {
+    return QString::fromLatin1(browserBundle) + u'/' + service;
+}
+
 } // namespace
 
 DeviceSettings DeviceSettings::fromJson(const QJsonObject& object) {
@@ -37,6 +55,7 @@ DeviceSettings DeviceSettings::fromJson(const QJsonObject& object) {
         settings.contentSize = size;
     }
     settings.increaseContrast = interface["increaseContrast"_L1].toBool();
+    settings.reduceMotion = interface["reduceMotion"_L1].toBool();
     settings.statusBar = textsOf(object["statusBar"_L1].toObject());
     settings.privacy = textsOf(object["privacy"_L1].toObject());
     return settings;
@@ -45,19 +64,31 @@ DeviceSettings DeviceSettings::fromJson(const QJsonObject& object) {
 QJsonObject DeviceSettings::toJson() const {
     return {{u"ui"_s, QJsonObject{{u"appearance"_s, appearance},
                                   {u"contentSize"_s, contentSize},
-                                  {u"increaseContrast"_s, increaseContrast}}},
+                                  {u"increaseContrast"_s, increaseContrast},
+                                  {u"reduceMotion"_s, reduceMotion}}},
             {u"statusBar"_s, objectOf(statusBar)},
             {u"privacy"_s, objectOf(privacy)}};
 }
 
-bool DeviceSettings::allowsLocation() const {
-    const QString bundle = QString::fromLatin1(browserBundle);
-    for (const QString& service : {u"location-always"_s, u"location"_s, u"all"_s}) {
-        if (const auto choice = privacy.find(bundle + u'/' + service); choice != privacy.end()) {
-            return *choice == u"granted";
+LocationAccess DeviceSettings::locationAccess() const {
+    for (const QString& service : locationServices()) {
+        if (const auto choice = privacy.find(browserEntry(service)); choice != privacy.end()) {
+            return accessWords().key(*choice, LocationAccess::denied);
         }
     }
-    return true;
+    return LocationAccess::granted;
+}
+
+void DeviceSettings::setLocationAccess(LocationAccess access) {
+    privacy.remove(browserEntry(u"location-always"_s));
+    privacy[browserEntry(u"location"_s)] = accessWords()[access];
+}
+
+void DeviceSettings::endSession() {
+    statusBar.clear();
+    if (locationAccess() == LocationAccess::grantedOnce) {
+        setLocationAccess(LocationAccess::ask);
+    }
 }
 
 const QStringList& contentSizes() {

@@ -236,6 +236,14 @@ void BrowserPages::turn(Orientation orientation) {
     }
 }
 
+void BrowserPages::setContentSize(const QString& size) {
+    if (std::exchange(m_device.contentSize, size) != size) {
+        for (const auto& page : m_pages) {
+            page->followContentSize();
+        }
+    }
+}
+
 bool BrowserPages::canGoBack() const {
     const WebPage* page = front();
     return page != nullptr && webkit_web_view_can_go_back(page->view()) != FALSE;

@@ -84,6 +84,9 @@ public:
     /// Tells every page how the device is held.
     void turn(Orientation orientation);
 
+    /// Gives every page the device's text size, one of `contentSizes()`.
+    void setContentSize(const QString& size);
+
 private:
     void pageChanged(WebPage& page) override;
     void pageAsksForViewport(WebPage& page) override;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "DeviceDrawing.h"
 
-#include <QDateTime>
-#include <QTime>
+#include "DrawingTools.h"
+#include "StatusBarDrawing.h"
 
-#include <pango/pangocairo.h>
+#include <cairo.h>
 
 #include <algorithm>
 #include <numbers>
@@ -14,12 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace corvanta::lab {
 
 namespace {
-
-struct Colour {
-    double red = 0;
-    double green = 0;
-    double blue = 0;
-};
 
 constexpr Colour surroundTop{0.165, 0.175, 0.195};
 constexpr Colour surroundBottom{0.115, 0.122, 0.138};
@@ -31,28 +25,8 @@ Colour barColour(bool isDark) {
     return isDark ? Colour{0.110, 0.110, 0.118} : Colour{0.969, 0.969, 0.976};
 }
 
-Colour inkColour(bool isDark) {
-    return isDark ? Colour{0.96, 0.96, 0.97} : Colour{0.06, 0.06, 0.07};
-}
-
-constexpr QSizeF islandSize{122, 36};
 /// Between the edge of a phone with an island and its screen.
 constexpr double phoneBorder = 14;
-
-void setColour(cairo_t* context, const Colour& colour) {
-    cairo_set_source_rgb(context, colour.red, colour.green, colour.blue);
-}
-
-void addRoundedRectangle(cairo_t* context, const QRectF& area, double radius) {
-    constexpr double quarter = std::numbers::pi / 2;
-    const double r = std::min({radius, area.width() / 2, area.height() / 2});
-    cairo_new_sub_path(context);
-    cairo_arc(context, area.right() - r, area.top() + r, r, -quarter, 0);
-    cairo_arc(context, area.right() - r, area.bottom() - r, r, 0, quarter);
-    cairo_arc(context, area.left() + r, area.bottom() - r, r, quarter, 2 * quarter);
-    cairo_arc(context, area.left() + r, area.top() + r, r, 2 * quarter, 3 * quarter);
-    cairo_close_path(context);
-}
 
 /// Corner radius of the screen in CSS pixels.
 double screenRadius(const DeviceType& type) {
@@ -92,97 +66,6 @@ void upright(cairo_t* context, const DeviceLayout& layout, Orientation orientati
     const QSizeF size = layout.body.size() / layout.zoom;
     draw(isLandscape(orientation) ? size.transposed() : size);
     cairo_restore(context);
-}
-
-void drawText(cairo_t* context, const QString& text, QPointF place, double height, double alignment) {
-    PangoLayout* layout = pango_cairo_create_layout(context);
-    PangoFontDescription* font = pango_font_description_from_string("Sans Bold");
-    pango_font_description_set_absolute_size(font, std::max(5.0, height) * PANGO_SCALE);
-    pango_layout_set_font_description(layout, font);
-    pango_layout_set_text(layout, text.toUtf8().constData(), -1);
-    int textWidth = 0;
-    int textHeight = 0;
-    pango_layout_get_pixel_size(layout, &textWidth, &textHeight);
-    cairo_move_to(context, place.x() - textWidth * alignment, place.y() - textHeight / 2.0);
-    pango_cairo_show_layout(context, layout);
-    pango_font_description_free(font);
-    g_object_unref(layout);
-}
-
-/// Ends at `right`.
-void drawBattery(cairo_t* context, int level, double right, double middle, double unit) {
-    const QRectF shell(right - 27 * unit, middle - 6 * unit, 24 * unit, 12 * unit);
-    cairo_set_line_width(context, std::max(0.75, unit));
-    addRoundedRectangle(context, shell, 3.5 * unit);
-    cairo_stroke(context);
-    QRectF charge = shell.adjusted(2 * unit, 2 * unit, -2 * unit, -2 * unit);
-    charge.setWidth(charge.width() * level / 100);
-    addRoundedRectangle(context, charge, 2 * unit);
-    addRoundedRectangle(context, {right - 1.8 * unit, middle - 2 * unit, 1.8 * unit, 4 * unit}, unit);
-    cairo_fill(context);
-}
-
-/// Ends at `right`.
-void drawWireless(cairo_t* context, double right, double middle, double unit) {
-    const double x = right - 8.5 * unit;
-    const double y = middle + 5.5 * unit;
-    cairo_save(context);
-    cairo_set_line_width(context, 2.2 * unit);
-    for (const double radius : {10.0, 6.2}) {
-        cairo_new_sub_path(context);
-        cairo_arc(context, x, y, radius * unit, -std::numbers::pi * 0.75, -std::numbers::pi * 0.25);
-        cairo_stroke(context);
-    }
-    cairo_move_to(context, x, y);
-    cairo_arc(context, x, y, 3.2 * unit, -std::numbers::pi * 0.75, -std::numbers::pi * 0.25);
-    cairo_close_path(context);
-    cairo_fill(context);
-    cairo_restore(context);
-}
-
-/// Ends at `right`.
-void drawSignal(cairo_t* context, int bars, double right, double middle, double unit) {
-    for (int bar = 0; bar < bars; ++bar) {
-        const double height = (4 + 2.6 * bar) * unit;
-        addRoundedRectangle(context, {right - (4 - bar) * 5 * unit, middle + 6 * unit - height, 3.4 * unit, height},
-                            unit);
-    }
-    cairo_fill(context);
-}
-
-void drawStatusBar(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, const DeviceLook& look) {
-    const QRectF& bar = layout.statusBar;
-    if (bar.height() <= 0) {
-        return;
-    }
-    const bool hasIsland = type.shape == DeviceShape::island;
-    const double unit = layout.zoom * (hasIsland ? 1.0 : 0.75);
-    const double middle = bar.center().y() + (hasIsland ? 1.5 * layout.zoom : 0);
-    const double inset = (hasIsland ? 34 : type.isTablet() ? 18 : 8) * layout.zoom;
-    const StatusBarContent& content = look.statusBar;
-    const QString time = content.time.isEmpty() ? QTime::currentTime().toString(u"H:mm"_s) : content.time;
-    setColour(context, inkColour(look.isDark));
-    switch (type.shape) {
-    case DeviceShape::island:
-        // In the middle of the room beside the island.
-        drawText(context, time,
-                 {bar.left() + (bar.width() - islandSize.width() * layout.zoom) / 4 + 4 * layout.zoom, middle},
-                 17 * layout.zoom, 0.5);
-        break;
-    case DeviceShape::homeButton:
-        drawText(context, time, {bar.center().x(), middle}, 12.5 * layout.zoom, 0.5);
-        break;
-    case DeviceShape::tablet:
-        drawText(context, time, {bar.left() + inset, middle}, 12.5 * layout.zoom, 0);
-        break;
-    }
-    drawBattery(context, content.batteryLevel, bar.right() - inset, middle, unit);
-    drawWireless(context, bar.right() - inset - 32 * unit, middle, unit);
-    if (type.shape == DeviceShape::homeButton) {
-        drawSignal(context, content.cellularBars, bar.left() + inset + 20 * unit, middle, unit);
-    } else if (!type.isTablet()) {
-        drawSignal(context, content.cellularBars, bar.right() - inset - 54 * unit, middle, unit);
-    }
 }
 
 void drawSideButtons(cairo_t* context, const DeviceType& type, const QSizeF& body) {
@@ -275,16 +158,6 @@ void drawSurroundings(cairo_t* context, const DeviceType& type, const DeviceLayo
 
 } // namespace
 
-StatusBarContent StatusBarContent::of(const QMap<QString, QString>& overrides) {
-    StatusBarContent content;
-    const QString time = overrides.value(u"time"_s);
-    const QDateTime moment = QDateTime::fromString(time, Qt::ISODate);
-    content.time = moment.isValid() ? moment.time().toString(u"H:mm"_s) : time;
-    content.batteryLevel = std::clamp(overrides.value(u"batteryLevel"_s, u"100"_s).toInt(), 0, 100);
-    content.cellularBars = std::clamp(overrides.value(u"cellularBars"_s, u"4"_s).toInt(), 0, 4);
-    return content;
-}
-
 void addScreenOutline(cairo_t* context, const DeviceType& type, const DeviceLayout& layout) {
     addRoundedRectangle(context, layout.screen, screenRadius(type) * layout.zoom);
 }
@@ -310,7 +183,7 @@ void drawDevice(cairo_t* context, const DeviceType& type, const DeviceLayout& la
     addScreenOutline(context, type, layout);
     setColour(context, barColour(look.isDark));
     cairo_fill(context);
-    drawStatusBar(context, type, layout, look);
+    drawStatusBar(context, type, layout, look.statusBar, look.isDark);
 }
 
 void drawOverScreen(cairo_t* context, const DeviceType& type, const DeviceLayout& layout, const DeviceLook& look) {

@@ -2,26 +2,11 @@
 #pragma once
 
 #include "DeviceLayout.h"
-
-#include <QMap>
-#include <QString>
+#include "StatusBarContent.h"
 
 typedef struct _cairo cairo_t;
 
 namespace corvanta::lab {
-
-/// What the status bar shows.
-struct StatusBarContent {
-    /// Empty for the time of day.
-    QString time;
-    /// 0 to 100.
-    int batteryLevel = 100;
-    /// 0 to 4.
-    int cellularBars = 4;
-
-    /// What overrides of the status bar, by the names of their options, make of it.
-    [[nodiscard]] static StatusBarContent of(const QMap<QString, QString>& overrides);
-};
 
 /// How the device is shown.
 struct DeviceLook {

@@ -62,7 +62,11 @@ void openDeviceMenu(const DeviceCommands& commands, GtkWidget* over, const GdkEv
     g_signal_connect(menu, "selection-done", G_CALLBACK(closed), nullptr);
     gtk_menu_attach_to_widget(GTK_MENU(menu), over, nullptr);
     gtk_widget_show_all(menu);
-    gtk_menu_popup_at_pointer(GTK_MENU(menu), event);
+    if (GTK_IS_BUTTON(over)) {
+        gtk_menu_popup_at_widget(GTK_MENU(menu), over, GDK_GRAVITY_SOUTH_EAST, GDK_GRAVITY_NORTH_EAST, event);
+    } else {
+        gtk_menu_popup_at_pointer(GTK_MENU(menu), event);
+    }
 }
 
 GtkWidget* makeDeviceMenuButton(const DeviceCommands& commands) {

@@ -29,7 +29,7 @@ struct DeviceCommands {
 /// A button that opens the device's menu; owned by its parent widget.
 [[nodiscard]] GtkWidget* makeDeviceMenuButton(const DeviceCommands& commands);
 
-/// Opens the device's menu where the event, a press of a button or a key, happened. The commands outlive the menu.
+/// Opens the device's menu below the button, or where the event happened. The commands outlive the menu.
 void openDeviceMenu(const DeviceCommands& commands, GtkWidget* over, const GdkEvent* event);
 
 /// Does what the key is a shortcut for; false when it is none. While a text is edited the keys that move in it are

@@ -43,6 +43,10 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     : m_type(type)
     , m_runtimeName(runtime.name)
     , m_events(std::move(events)) {
+    char* themeName = nullptr;
+    g_object_get(gtk_settings_get_default(), "gtk-theme-name", &themeName, nullptr);
+    m_themeName = themeName;
+    g_free(themeName);
     addDeviceStyle();
     presentAs(type);
     makeCommands();
@@ -56,8 +60,11 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     m_hidden = gtk_offscreen_window_new();
     // It is nobody's window: tools that list windows must not meet it.
     atk_object_set_role(gtk_widget_get_accessible(m_hidden), ATK_ROLE_REDUNDANT_OBJECT);
-    gtk_window_set_default_size(GTK_WINDOW(m_hidden), full.width(), full.height());
-    followSize(full);
+    // Asked for, as an offscreen window forgets its default size, and with room for the device on its side: in a small
+    // window the engine would not draw a page's text as small as it is on the device.
+    const int side = std::max(full.width(), full.height());
+    gtk_widget_set_size_request(m_hidden, side, side);
+    followSize({side, side});
     moveContentTo(m_hidden);
     gtk_widget_show(m_hidden);
     makeWindow();
@@ -86,6 +93,7 @@ DeviceWindow::~DeviceWindow() {
     m_sheets->abandonAll();
     m_pages.reset();
     m_requests.reset();
+    m_locationPermission.reset();
     m_keyboard.reset();
     gtk_widget_destroy(pages);
     gtk_widget_destroy(m_window);
@@ -176,7 +184,14 @@ void DeviceWindow::apply(const DeviceSettings& settings) {
     GtkStyleContext* style = gtk_widget_get_style_context(m_content);
     m_look.isDark ? gtk_style_context_add_class(style, "dark") : gtk_style_context_remove_class(style, "dark");
     m_keyboard->setDark(m_look.isDark);
-    m_pages->location().setAllowed(settings.allowsLocation());
+    g_object_set(gtk_settings_get_default(), "gtk-enable-animations", settings.reduceMotion ? FALSE : TRUE, nullptr);
+    m_isMotionReduced = settings.reduceMotion;
+    // So does it with the contrast, which it reads from the theme's name.
+    g_object_set(gtk_settings_get_default(), "gtk-theme-name",
+                 settings.increaseContrast ? "HighContrast" : m_themeName.constData(), nullptr);
+    m_pages->setContentSize(settings.contentSize);
+    m_pages->location().setAllowed(settings.locationAccess() != LocationAccess::denied);
+    m_locationPermission->setAccess(settings.locationAccess());
     gtk_widget_queue_draw(m_content);
 }
 

@@ -9,6 +9,7 @@
 #include "DeviceService.h"
 #include "DeviceSettings.h"
 #include "Keyboard.h"
+#include "LocationPermission.h"
 #include "PageOverview.h"
 #include "PageRequests.h"
 #include "SheetLayer.h"
@@ -32,8 +33,8 @@ public:
         std::function<void()> ready;
         /// Whether the window is on the desktop, at every change.
         std::function<void(bool)> shown;
-        /// A person wants the device dark, or light.
-        std::function<void(bool isDark)> appearanceChosen;
+        /// A person changes the device's settings on the device; they come back through `apply`.
+        std::function<void(const std::function<void(DeviceSettings&)>& change)> changeSettings;
     };
 
     DeviceWindow(const DeviceType& type, const Runtime& runtime, const QString& deviceName, Events events);
@@ -98,9 +99,12 @@ private:
     std::unique_ptr<PageOverview> m_overview;
     std::unique_ptr<Keyboard> m_keyboard;
     std::unique_ptr<SheetLayer> m_sheets;
+    std::unique_ptr<LocationPermission> m_locationPermission;
     std::unique_ptr<PageRequests> m_requests;
     DeviceLayout m_layout;
     DeviceLook m_look;
+    bool m_isMotionReduced = false;
+    QByteArray m_themeName;
     QSize m_area;
     std::vector<std::function<void()>> m_waiting;
     unsigned m_clock = 0;

@@ -10,12 +10,6 @@ namespace corvanta::lab {
 
 namespace {
 
-bool isMotionReduced() {
-    gboolean animations = TRUE;
-    g_object_get(gtk_settings_get_default(), "gtk-enable-animations", &animations, nullptr);
-    return animations == FALSE;
-}
-
 void setRectangle(GdkRectangle* target, const QRect& source) {
     *target = {source.x(), source.y(), source.width(), source.height()};
 }
@@ -25,11 +19,17 @@ void setRectangle(GdkRectangle* target, const QRect& source) {
 void DeviceWindow::makeCommands() {
     m_commands = {.rotateLeft = [this] { setOrientation(turnedLeft(m_look.orientation)); },
                   .rotateRight = [this] { setOrientation(turnedRight(m_look.orientation)); },
-                  .toggleAppearance = [this] { m_events.appearanceChosen(!m_look.isDark); },
+                  .toggleAppearance =
+                      [this] {
+                          m_events.changeSettings([isDark = !m_look.isDark](DeviceSettings& settings) {
+                              settings.appearance = isDark ? u"dark"_s : u"light"_s;
+                          });
+                      },
                   .toggleReducedMotion =
-                      [] {
-                          g_object_set(gtk_settings_get_default(), "gtk-enable-animations",
-                                       isMotionReduced() ? TRUE : FALSE, nullptr);
+                      [this] {
+                          m_events.changeSettings([isReduced = !m_isMotionReduced](DeviceSettings& settings) {
+                              settings.reduceMotion = isReduced;
+                          });
                       },
                   .toggleKeyboard = [this] { showKeyboard(!m_keyboard->isShown()); },
                   .newPage =
@@ -42,7 +42,7 @@ void DeviceWindow::makeCommands() {
                   .closePage = [this] { m_pages->closeCurrent(); },
                   .reload = [this] { m_pages->reload(); },
                   .isDark = [this] { return m_look.isDark; },
-                  .isMotionReduced = isMotionReduced,
+                  .isMotionReduced = [this] { return m_isMotionReduced; },
                   .isKeyboardShown = [this] { return m_keyboard->isShown(); }};
 }
 
@@ -71,7 +71,10 @@ void DeviceWindow::makePages(const Runtime& runtime) {
     m_bar = std::make_unique<BrowserBar>(m_type, *m_pages, m_commands.showPages);
     m_overview = std::make_unique<PageOverview>(*m_pages);
     m_sheets = std::make_unique<SheetLayer>();
-    m_requests = std::make_unique<PageRequests>(*m_sheets, m_pages->location(), m_pages->context());
+    m_locationPermission = std::make_unique<LocationPermission>(*m_sheets, [this](LocationAccess access) {
+        m_events.changeSettings([access](DeviceSettings& settings) { settings.setLocationAccess(access); });
+    });
+    m_requests = std::make_unique<PageRequests>(*m_sheets, *m_locationPermission, m_pages->context());
     m_keyboard =
         std::make_unique<Keyboard>([this](unsigned keyValue) { type(keyValue); }, [this] { showKeyboard(false); });
 }

@@ -33,8 +33,6 @@ public:
     /// Whether pages are told the position at all; without it they hear that there is none.
     void setAllowed(bool isAllowed);
 
-    [[nodiscard]] bool isAllowed() const { return m_isAllowed; }
-
 private:
     struct Position {
         double latitude = 0;

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "PageRequests.h"
 
-#include "LocationFeed.h"
+#include "LocationPermission.h"
+#include "ObjectHolder.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QUrl>
 
 #include <webkit2/webkit2.h>
@@ -16,15 +15,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace corvanta::lab {
 
 namespace {
-
-struct Unreference {
-    void operator()(void* object) const { g_object_unref(object); }
-};
-
-template<typename Type>
-std::shared_ptr<Type> held(Type* object) {
-    return {static_cast<Type*>(g_object_ref(object)), Unreference()};
-}
 
 QString hostOf(const WebPage& page) {
     const QUrl url(page.address());
@@ -135,7 +125,7 @@ gboolean answerDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer data)
 
 } // namespace
 
-PageRequests::PageRequests(SheetLayer& sheets, LocationFeed& location, WebKitWebContext* context)
+PageRequests::PageRequests(SheetLayer& sheets, LocationPermission& location, WebKitWebContext* context)
     : m_sheets(sheets)
     , m_location(location)
     , m_context(WEBKIT_WEB_CONTEXT(g_object_ref(context))) {
@@ -198,22 +188,23 @@ void PageRequests::attend(WebPage& page) {
         return TRUE;
     };
     connect("load-failed", G_CALLBACK(failed));
+    const auto ended = +[](WebKitWebView*, WebKitWebProcessTerminationReason, gpointer data) {
+        const auto* attended = static_cast<Attended*>(data);
+        attended->requests.forget(attended->page);
+    };
+    connect("web-process-terminated", G_CALLBACK(ended));
     g_signal_connect(view, "decide-policy", G_CALLBACK(decidePolicy), nullptr);
 }
 
 void PageRequests::forget(const WebPage& page) {
     m_sheets.abandon(&page);
+    m_location.forget(page);
 }
 
 void PageRequests::askPermission(WebPage& page, WebKitPermissionRequest* request) {
     if (WEBKIT_IS_GEOLOCATION_PERMISSION_REQUEST(request)) {
-        // Not asked in a sheet, as what is allowed is set with the device's privacy settings. Also allowed without a
-        // location, as a refusal would stick to the page: the feed tells that there is none.
-        if (m_location.isAllowed()) {
-            webkit_permission_request_allow(request);
-        } else {
-            webkit_permission_request_deny(request);
-        }
+        // Also allowed without a location, as a refusal would stick to the page: the feed tells that there is none.
+        m_location.answer(page, request);
         return;
     }
     QString wanted;
@@ -245,41 +236,6 @@ void PageRequests::askPermission(WebPage& page, WebKitPermissionRequest* request
                                 .isDefault = true}},
                    .asker = &page,
                    .abandoned = [kept] { webkit_permission_request_deny(kept.get()); }});
-}
-
-void PageRequests::chooseFiles(WebPage& page, void* request) {
-    const auto kept = held(WEBKIT_FILE_CHOOSER_REQUEST(request));
-    GtkWidget* chooser = gtk_file_chooser_widget_new(GTK_FILE_CHOOSER_ACTION_OPEN);
-    GtkFileChooser* const files = GTK_FILE_CHOOSER(chooser);
-    gtk_file_chooser_set_select_multiple(files, webkit_file_chooser_request_get_select_multiple(kept.get()));
-    if (GtkFileFilter* filter = webkit_file_chooser_request_get_mime_types_filter(kept.get())) {
-        gtk_file_chooser_set_filter(files, filter);
-    }
-    gtk_widget_set_size_request(chooser, 180, 240);
-    m_sheets.show({.title = u"Choose a File"_s,
-                   .content = chooser,
-                   .buttons = {{.label = u"Cancel"_s,
-                                .pressed = [kept](const QString&) { webkit_file_chooser_request_cancel(kept.get()); },
-                                .isCancel = true},
-                               {.label = u"Open"_s,
-                                .pressed =
-                                    [kept, files](const QString&) {
-                                        GSList* names = gtk_file_chooser_get_filenames(files);
-                                        std::vector<const char*> chosen;
-                                        for (const GSList* name = names; name != nullptr; name = name->next) {
-                                            chosen.push_back(static_cast<const char*>(name->data));
-                                        }
-                                        if (chosen.empty()) {
-                                            webkit_file_chooser_request_cancel(kept.get());
-                                        } else {
-                                            chosen.push_back(nullptr);
-                                            webkit_file_chooser_request_select_files(kept.get(), chosen.data());
-                                        }
-                                        g_slist_free_full(names, g_free);
-                                    },
-                                .isDefault = true}},
-                   .asker = &page,
-                   .abandoned = [kept] { webkit_file_chooser_request_cancel(kept.get()); }});
 }
 
 void PageRequests::chooseOption(WebPage& page, void* menu) {
@@ -350,50 +306,6 @@ void PageRequests::explainCertificate(WebPage& page, const QString& address, voi
                                         asking->load(address);
                                     }}},
                    .asker = &page});
-}
-
-void PageRequests::download(WebKitDownload* item) {
-    const auto destination = +[](WebKitDownload* started, char* suggested, gpointer requests) -> gboolean {
-        const char* folder = g_get_user_special_dir(G_USER_DIRECTORY_DOWNLOAD);
-        const QDir downloads(folder != nullptr ? QString::fromUtf8(folder) : QDir::homePath() + u"/Downloads"_s);
-        downloads.mkpath(u"."_s);
-        const QFileInfo wanted(QString::fromUtf8(suggested).isEmpty() ? u"download"_s : QString::fromUtf8(suggested));
-        QString path = downloads.filePath(wanted.fileName());
-        for (int number = 2; QFileInfo::exists(path); ++number) {
-            const QString ending = wanted.completeSuffix().isEmpty() ? QString() : u'.' + wanted.completeSuffix();
-            path = downloads.filePath(u"%1 %2%3"_s.arg(wanted.baseName()).arg(number).arg(ending));
-        }
-        const auto kept = held(started);
-        const QUrl from(QString::fromUtf8(webkit_uri_request_get_uri(webkit_download_get_request(started))));
-        // The engine waits for the destination, so the question is asked while it waits.
-        static_cast<PageRequests*>(requests)->m_sheets.show(
-            {.title = u"Do you want to download “%1”?"_s.arg(wanted.fileName()),
-             .text = u"From %1, to %2."_s.arg(from.host().isEmpty() ? u"this page"_s : from.host(),
-                                              downloads.absolutePath()),
-             .buttons = {{.label = u"Cancel"_s,
-                          .pressed = [kept](const QString&) { webkit_download_cancel(kept.get()); },
-                          .isCancel = true},
-                         {.label = u"Download"_s,
-                          .pressed =
-                              [kept, path](const QString&) {
-                                  webkit_download_set_destination(kept.get(), path.toUtf8().constData());
-                              },
-                          .isDefault = true}},
-             .asker = requests,
-             .abandoned = [kept] { webkit_download_cancel(kept.get()); }});
-        return TRUE;
-    };
-    g_signal_connect(item, "decide-destination", G_CALLBACK(destination), this);
-    const auto failed = +[](WebKitDownload*, GError* error, gpointer requests) {
-        if (!g_error_matches(error, WEBKIT_DOWNLOAD_ERROR, WEBKIT_DOWNLOAD_ERROR_CANCELLED_BY_USER)) {
-            static_cast<PageRequests*>(requests)->m_sheets.show(
-                {.title = u"The download failed"_s,
-                 .text = QString::fromUtf8(error->message),
-                 .buttons = {{.label = u"OK"_s, .isDefault = true, .isCancel = true}},
-                 .asker = requests});
-        }
-    };
-    g_signal_connect(item, "failed", G_CALLBACK(failed), this);
 }
 
 } // namespace corvanta::lab

@@ -13,13 +13,13 @@ typedef struct _WebKitPermissionRequest WebKitPermissionRequest;
 
 namespace corvanta::lab {
 
-class LocationFeed;
+class LocationPermission;
 
 /// What pages ask of a person, asked in sheets on the device: alerts, options, files, permissions, certificates and
 /// downloads. Of the main thread; outlives the pages.
 class PageRequests {
 public:
-    PageRequests(SheetLayer& sheets, LocationFeed& location, WebKitWebContext* context);
+    PageRequests(SheetLayer& sheets, LocationPermission& location, WebKitWebContext* context);
     PageRequests(const PageRequests&) = delete;
     PageRequests& operator=(const PageRequests&) = delete;
     ~PageRequests();
@@ -40,7 +40,7 @@ private:
     void download(WebKitDownload* download);
 
     SheetLayer& m_sheets;
-    LocationFeed& m_location;
+    LocationPermission& m_location;
     WebKitWebContext* m_context = nullptr;
 };
 

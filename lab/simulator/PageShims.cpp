@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "PageShims.h"
 
+#include "TextStyles.h"
+
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -33,12 +36,26 @@ QByteArray keyboardNews(int covered) {
     return news("keyboard", covered);
 }
 
-QByteArray safeAreaStyle(const QMargins& safeArea) {
-    const auto line = [](const char* side, int length) {
+bool namesTextStyles(const QByteArray& sheet) {
+    return sheet.contains("-apple-system-");
+}
+
+QByteArray sheetNews(const QByteArray& address, const QByteArray& text) {
+    const QJsonArray values{QString::fromUtf8(address), QString::fromUtf8(text)};
+    return "window[Symbol.for('corvanta.styles')]?.(..." + QJsonDocument(values).toJson(QJsonDocument::Compact) + ");";
+}
+
+QByteArray deviceStyles(const QMargins& safeArea, const QString& contentSize) {
+    const auto inset = [](const char* side, int length) {
         return "--corvanta-safe-area-inset-" + QByteArray(side) + ":" + QByteArray::number(length) + "px;";
     };
-    return ":root{" + line("top", safeArea.top()) + line("right", safeArea.right()) +
-           line("bottom", safeArea.bottom()) + line("left", safeArea.left()) + "}";
+    QByteArray style = ":root{" + inset("top", safeArea.top()) + inset("right", safeArea.right()) +
+                       inset("bottom", safeArea.bottom()) + inset("left", safeArea.left());
+    for (const TextStyle& text : textStyles()) {
+        style +=
+            "--corvanta-font-" + QByteArray(text.name) + ":" + QByteArray::number(text.sizeAt(contentSize)) + "px;";
+    }
+    return style + "}";
 }
 
 } // namespace corvanta::lab

@@ -10,8 +10,8 @@ namespace corvanta::lab {
 /// What `pageShims` is made of.
 extern const char deviceScript[];
 
-/// Lets the style sheets of a page read the safe area.
-extern const char safeAreaScript[];
+/// Lets the style sheets of a page read the safe area and name the fonts of the system's text styles.
+extern const char deviceStylesScript[];
 
 /// Tells the device of a page's viewport and of its text fields; for a world of its own, with the message handlers
 /// `corvantaViewport` and `corvantaFocus`, which get JSON texts.
@@ -26,7 +26,13 @@ extern const char observerScript[];
 /// The script that tells a loaded page how much of its height the keyboard covers, in its CSS pixels.
 [[nodiscard]] QByteArray keyboardNews(int covered);
 
-/// The style sheet that holds the safe area for `safeAreaScript`.
-[[nodiscard]] QByteArray safeAreaStyle(const QMargins& safeArea);
+/// Whether the text of a style sheet names a font of the system's text styles, which only `sheetNews` can add.
+[[nodiscard]] bool namesTextStyles(const QByteArray& sheet);
+
+/// The script that tells a loaded page the text of the style sheet at that address.
+[[nodiscard]] QByteArray sheetNews(const QByteArray& address, const QByteArray& text);
+
+/// The style sheet that holds safe area and fonts for `deviceStylesScript`; the size is one of `contentSizes()`.
+[[nodiscard]] QByteArray deviceStyles(const QMargins& safeArea, const QString& contentSize);
 
 } // namespace corvanta::lab

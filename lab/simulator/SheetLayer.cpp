@@ -46,19 +46,15 @@ SheetLayer::SheetLayer()
         if (isReturn && focused != nullptr && GTK_IS_BUTTON(focused)) {
             return FALSE;
         }
-        const auto& buttons = self->m_sheets.front().buttons;
-        for (std::size_t index = 0; index < buttons.size(); ++index) {
-            if (isReturn ? buttons[index].isDefault : buttons[index].isCancel) {
-                self->press(index);
-                return TRUE;
-            }
-        }
-        return FALSE;
+        return self->pressFor(isReturn ? &Sheet::Button::isDefault : &Sheet::Button::isCancel) ? TRUE : FALSE;
     };
     g_signal_connect(m_backdrop, "key-press-event", G_CALLBACK(key), this);
 }
 
 SheetLayer::~SheetLayer() {
+    if (m_pressing != 0) {
+        g_source_remove(m_pressing);
+    }
     gtk_style_context_remove_provider_for_screen(gdk_screen_get_default(), GTK_STYLE_PROVIDER(m_style));
     g_object_unref(m_style);
 }
@@ -92,6 +88,31 @@ void SheetLayer::abandon(const void* asker) {
         }
         g_clear_object(const_cast<GtkWidget**>(&sheet.content));
     }
+}
+
+bool SheetLayer::pressFor(bool Sheet::Button::* purpose) {
+    const auto& buttons = m_sheets.front().buttons;
+    const auto found = std::ranges::find(buttons, true, purpose);
+    if (found == buttons.end()) {
+        return false;
+    }
+    press(static_cast<std::size_t>(found - buttons.begin()));
+    return true;
+}
+
+void SheetLayer::pressDefaultLater() {
+    if (m_pressing != 0) {
+        return;
+    }
+    const auto press = +[](gpointer layer) -> gboolean {
+        auto* self = static_cast<SheetLayer*>(layer);
+        self->m_pressing = 0;
+        if (!self->m_sheets.empty()) {
+            self->pressFor(&Sheet::Button::isDefault);
+        }
+        return G_SOURCE_REMOVE;
+    };
+    m_pressing = g_idle_add(press, this);
 }
 
 void SheetLayer::abandonAll() {
@@ -151,7 +172,7 @@ void SheetLayer::present() {
                        std::ranges::all_of(sheet.buttons, [](const auto& button) { return button.label.size() < 12; });
     GtkWidget* row = gtk_box_new(isRow ? GTK_ORIENTATION_HORIZONTAL : GTK_ORIENTATION_VERTICAL, 0);
     gtk_box_set_homogeneous(GTK_BOX(row), TRUE);
-    GtkWidget* focused = m_entry;
+    GtkWidget* focused = sheet.focused != nullptr ? sheet.focused : m_entry;
     for (std::size_t index = 0; index < sheet.buttons.size(); ++index) {
         GtkWidget* button = gtk_button_new_with_label(sheet.buttons[index].label.toUtf8().constData());
         GtkStyleContext* style = gtk_widget_get_style_context(button);

@@ -30,6 +30,8 @@ struct Sheet {
     std::optional<QString> entry = {};
     /// A widget below the text, owned by the sheet once it is shown; null for none.
     GtkWidget* content = nullptr;
+    /// What of the content gets the focus; null for the entry or the default button.
+    GtkWidget* focused = nullptr;
     std::vector<Button> buttons = {};
     /// Who asks; the sheet goes without an answer when that goes.
     const void* asker = nullptr;
@@ -53,6 +55,9 @@ public:
     /// Takes back all that this one asked.
     void abandon(const void* asker);
 
+    /// Presses the button that Return presses, once what happens now is over; for what a sheet holds.
+    void pressDefaultLater();
+
     /// Takes back everything; for the end.
     void abandonAll();
 
@@ -64,6 +69,7 @@ public:
 private:
     void present();
     void press(std::size_t button);
+    bool pressFor(bool Sheet::Button::* purpose);
 
     std::list<Sheet> m_sheets;
     GtkCssProvider* m_style = nullptr;
@@ -71,6 +77,7 @@ private:
     GtkWidget* m_card = nullptr;
     GtkWidget* m_entry = nullptr;
     double m_scale = 1;
+    unsigned m_pressing = 0;
 };
 
 } // namespace corvanta::lab

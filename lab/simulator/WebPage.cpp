@@ -7,6 +7,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QUrl>
 
 #include <webkit2/webkit2.h>
 
@@ -21,6 +22,8 @@ namespace {
 
 /// Pages find no trace of scripts of this world.
 constexpr char ownWorld[] = "corvanta";
+/// What the engine shows, without a word, instead of an address that it refuses.
+constexpr auto emptyPage = "about:blank"_L1;
 
 gboolean suppressContextMenu(WebKitWebView*, WebKitContextMenu*, GdkEvent*, WebKitHitTestResult*, gpointer) {
     // A phone has none, and its "Inspect Element" would put a second inspector on a page, which ends the pages'
@@ -30,6 +33,40 @@ gboolean suppressContextMenu(WebKitWebView*, WebKitContextMenu*, GdkEvent*, WebK
 
 QJsonObject objectOf(const char* json) {
     return QJsonDocument::fromJson(QByteArray(json)).object();
+}
+
+void evaluate(WebKitWebView* view, const QByteArray& script) {
+    webkit_web_view_evaluate_javascript(view, script.constData(), script.size(), nullptr, nullptr, nullptr, nullptr,
+                                        nullptr);
+}
+
+/// Reads a style sheet for a view, which may go meanwhile.
+struct SheetReader {
+    WebKitWebView* view = nullptr;
+    std::shared_ptr<QMap<QByteArray, QByteArray>> sheets;
+};
+
+void readSheet(WebKitWebResource* resource, gpointer data) {
+    WebKitURIResponse* response = webkit_web_resource_get_response(resource);
+    if (response == nullptr || g_strcmp0(webkit_uri_response_get_mime_type(response), "text/css") != 0) {
+        return;
+    }
+    auto* reader = new SheetReader(*static_cast<SheetReader*>(data));
+    g_object_ref(reader->view);
+    const auto read = +[](GObject* source, GAsyncResult* result, gpointer reading) {
+        const std::unique_ptr<SheetReader> done(static_cast<SheetReader*>(reading));
+        gsize size = 0;
+        guchar* bytes = webkit_web_resource_get_data_finish(WEBKIT_WEB_RESOURCE(source), result, &size, nullptr);
+        const QByteArray text(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
+        g_free(bytes);
+        if (namesTextStyles(text)) {
+            const QByteArray address = webkit_web_resource_get_uri(WEBKIT_WEB_RESOURCE(source));
+            (*done->sheets)[address] = text;
+            evaluate(done->view, sheetNews(address, text));
+        }
+        g_object_unref(done->view);
+    };
+    webkit_web_resource_get_data(resource, nullptr, read, reader);
 }
 
 } // namespace
@@ -73,15 +110,15 @@ void WebPage::addScripts() {
     };
     webkit_user_content_manager_remove_all_scripts(m_content);
     add(pageShims(m_device.type, m_device.orientation).constData(), nullptr);
-    add(safeAreaScript, nullptr);
+    add(deviceStylesScript, nullptr);
     add(observerScript, ownWorld);
 }
 
 void WebPage::addStyle() {
     const QMargins safeArea = ScreenFigures::of(m_device.type, m_device.orientation, m_fit).safeArea;
-    WebKitUserStyleSheet* style =
-        webkit_user_style_sheet_new(safeAreaStyle(safeArea).constData(), WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-                                    WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr);
+    WebKitUserStyleSheet* style = webkit_user_style_sheet_new(deviceStyles(safeArea, m_device.contentSize).constData(),
+                                                              WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                                                              WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr);
     webkit_user_content_manager_remove_all_style_sheets(m_content);
     webkit_user_content_manager_add_style_sheet(m_content, style);
     webkit_user_style_sheet_unref(style);
@@ -106,15 +143,32 @@ void WebPage::connectSignals() {
     g_signal_connect(m_view, "notify::title", G_CALLBACK(moved), this);
     const auto loadChanged = +[](WebKitWebView*, WebKitLoadEvent event, gpointer page) {
         auto* self = static_cast<WebPage*>(page);
+        const QString address = QString::fromUtf8(webkit_web_view_get_uri(self->m_view));
         if (event == WEBKIT_LOAD_STARTED) {
             self->m_hasFailed = false;
+            self->m_requested = address;
         }
         if (event == WEBKIT_LOAD_COMMITTED && !self->m_hasFailed) {
-            gtk_stack_set_visible_child(GTK_STACK(self->m_container), GTK_WIDGET(self->m_view));
+            if (address == emptyPage && self->m_requested != emptyPage) {
+                self->explainRefusal();
+            } else {
+                gtk_stack_set_visible_child(GTK_STACK(self->m_container), GTK_WIDGET(self->m_view));
+            }
+        }
+        if (event == WEBKIT_LOAD_FINISHED) {
+            self->tellSheets();
         }
         self->m_owner.pageChanged(*self);
     };
     g_signal_connect(m_view, "load-changed", G_CALLBACK(loadChanged), this);
+    const auto resourceStarted =
+        +[](WebKitWebView* view, WebKitWebResource* resource, WebKitURIRequest*, gpointer page) {
+            const auto release = +[](gpointer data, GClosure*) { delete static_cast<SheetReader*>(data); };
+            g_signal_connect_data(resource, "finished", G_CALLBACK(readSheet),
+                                  new SheetReader{.view = view, .sheets = static_cast<WebPage*>(page)->m_device.sheets},
+                                  release, GConnectFlags(0));
+        };
+    g_signal_connect(m_view, "resource-load-started", G_CALLBACK(resourceStarted), this);
     const auto crashed = +[](WebKitWebView*, WebKitWebProcessTerminationReason, gpointer page) {
         auto* self = static_cast<WebPage*>(page);
         self->hearFocus("{}");
@@ -214,14 +268,28 @@ void WebPage::turn() {
     addScripts();
     addStyle();
     follow(gtk_widget_get_allocated_width(GTK_WIDGET(m_view)));
-    webkit_web_view_evaluate_javascript(m_view, orientationNews(m_device.orientation).constData(), -1, nullptr, nullptr,
-                                        nullptr, nullptr, nullptr);
+    evaluate(m_view, orientationNews(m_device.orientation));
 }
 
 void WebPage::coverByKeyboard(int pixels) {
     const double zoom = webkit_web_view_get_zoom_level(m_view);
-    webkit_web_view_evaluate_javascript(m_view, keyboardNews(static_cast<int>(std::round(pixels / zoom))).constData(),
-                                        -1, nullptr, nullptr, nullptr, nullptr, nullptr);
+    evaluate(m_view, keyboardNews(static_cast<int>(std::round(pixels / zoom))));
+}
+
+void WebPage::tellSheets() {
+    // What the engine has in its cache is not loaded again, so nothing is told of it.
+    for (auto sheet = m_device.sheets->cbegin(); sheet != m_device.sheets->cend(); ++sheet) {
+        evaluate(m_view, sheetNews(sheet.key(), sheet.value()));
+    }
+}
+
+void WebPage::explainRefusal() {
+    const int port = QUrl(m_requested).port();
+    const QString reason =
+        port > 0 ? u"the network port %1 belongs to another service, so browsers do not open it"_s.arg(port)
+                 : u"the browser does not open such addresses"_s;
+    showMessage(u"Safari Can’t Open the Page"_s, u"“%1” cannot be opened: %2."_s.arg(m_requested.left(200), reason),
+                m_requested);
 }
 
 void WebPage::showMessage(const QString& title, const QString& text, const QString& address) {

@@ -3,8 +3,12 @@
 
 #include "ScreenFigures.h"
 
+#include <QByteArray>
+#include <QMap>
 #include <QSize>
 #include <QString>
+
+#include <memory>
 
 typedef struct _GtkWidget GtkWidget;
 typedef struct _WebKitSettings WebKitSettings;
@@ -43,6 +47,10 @@ public:
         WebKitWebContext* context = nullptr;
         WebKitSettings* settings = nullptr;
         Orientation orientation = Orientation::portrait;
+        /// One of `contentSizes()`.
+        QString contentSize = {};
+        /// The texts of loaded style sheets that name the system's text styles, by address.
+        std::shared_ptr<QMap<QByteArray, QByteArray>> sheets = std::make_shared<QMap<QByteArray, QByteArray>>();
     };
 
     /// A page without an address. With an opener it is one that the opener's script may reach.
@@ -78,6 +86,9 @@ public:
     /// Follows the device's orientation.
     void turn();
 
+    /// Follows the device's text size.
+    void followContentSize() { addStyle(); }
+
     /// Tells the page how much of its widget the keyboard covers, in the widget's pixels.
     void coverByKeyboard(int pixels);
 
@@ -92,6 +103,8 @@ private:
     void follow(int width);
     void hearViewport(const char* json);
     void hearFocus(const char* json);
+    void explainRefusal();
+    void tellSheets();
     [[nodiscard]] int layoutWidth() const;
 
     const Device& m_device;
@@ -100,6 +113,8 @@ private:
     GtkWidget* m_container = nullptr;
     WebKitWebView* m_view = nullptr;
     QString m_address;
+    /// What the page that is being loaded was asked for.
+    QString m_requested;
     ViewportFit m_fit = ViewportFit::automatic;
     /// The width that the page asks for; 0 for the device's.
     int m_askedWidth = 0;

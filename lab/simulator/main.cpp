@@ -154,12 +154,10 @@ int run(DeviceSet& set, const Device& device, HandedTurn& turn, const DeviceType
         type, runtime, device.name,
         DeviceWindow::Events{.ready = [&] { service->setBooted(); },
                              .shown = [&](bool isShown) { service->setWindowShown(isShown); },
-                             .appearanceChosen =
-                                 [&](bool isDark) {
+                             .changeSettings =
+                                 [&](const std::function<void(DeviceSettings&)>& change) {
                                      try {
-                                         set.changeSettings(device, [&](DeviceSettings& settings) {
-                                             settings.appearance = isDark ? u"dark"_s : u"light"_s;
-                                         });
+                                         set.changeSettings(device, change);
                                      } catch (const std::exception& problem) {
                                          g_printerr("SimulatorDevice: %s\n", problem.what());
                                      }

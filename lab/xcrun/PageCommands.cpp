@@ -145,6 +145,10 @@ int privacyCommand(const QStringList& arguments) {
                 const bool isBundle = bundle.isEmpty() || entry.first.startsWith(bundle + u'/');
                 return isBundle && (service == u"all" || entry.first.endsWith(u'/' + service));
             });
+            if ((service == u"all" || service.startsWith(u"location")) &&
+                (bundle.isEmpty() || bundle == QLatin1StringView(browserBundle))) {
+                settings.setLocationAccess(LocationAccess::ask);
+            }
             return;
         }
         if (service == u"all") {

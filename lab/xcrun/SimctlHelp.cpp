@@ -57,7 +57,8 @@ Usage: simctl privacy <device> <action> <service> [<bundle identifier>]
 	action
 	     grant - Allows the service without asking. Needs a bundle identifier.
 	     revoke - Denies the service. Needs a bundle identifier.
-	     reset - Forgets what was chosen; for all applications without a bundle identifier.
+	     reset - Forgets what was chosen, so the device asks the next time; for all applications without a
+	             bundle identifier.
 	service
 	     all, calendar, contacts-limited, contacts, location, location-always, photos-add, photos, media-library,
 	     microphone, motion, reminders, siri or camera.

@@ -31,8 +31,7 @@ QJsonObject notImitated() {
             {u"largerLargeViewport"_s, false},
             {u"gestureEvent"_s, u"undefined"_s},
             {u"textSizeAdjust"_s, false},
-            {u"touchCallout"_s, false},
-            {u"bodyFont"_s, false}};
+            {u"touchCallout"_s, false}};
 }
 
 struct Way {

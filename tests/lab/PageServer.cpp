@@ -94,6 +94,56 @@ report();
 setInterval(report, 50);
 </script>)html";
 
+/// Names fonts of the system's text styles in every way and reports the size and weight of each.
+constexpr char stylesPage[] = R"html(<!doctype html><meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1"><title>Styles</title>
+<link rel="stylesheet" href="/styles.css"><style>
+#sheet { color: red; font: -apple-system-body; font-style: italic; }
+#later { font: -apple-system-footnote !important; }
+@media (min-width: 1px) { #nested { font: -apple-system-headline; } }
+@supports (font: -apple-system-body) { #asked { font: -apple-system-title1; } }
+#plain { font: 16px serif; }
+#scripted, #added, #inserted { font: 10px serif; }
+</style><p id="sheet"></p><p id="later"></p><p id="nested"></p><p id="asked"></p><p id="linked"></p><p id="plain"></p>
+<p id="attribute" style="color: red; font: -apple-system-caption1"></p><p id="scripted"></p><p id="added"></p>
+<p id="inserted"></p><script>
+const element = (name) => document.querySelector('#' + name);
+element('scripted').style.setProperty('font', '-apple-system-subheadline');
+const adopted = new CSSStyleSheet();
+adopted.replaceSync('#added { font: -apple-system-title0; }');
+document.adoptedStyleSheets = [adopted];
+document.querySelector('style').sheet.insertRule('#inserted { font: -apple-system-caption2 !important; }');
+const font = (name) => {
+    const style = getComputedStyle(element(name));
+    return Math.round(parseFloat(style.fontSize) * 10) / 10 + '/' + style.fontWeight;
+};
+let last = '';
+const report = () => {
+    const fonts = Object.fromEntries([...document.querySelectorAll('p')].map(({ id }) => [id, font(id)]));
+    const now = encodeURIComponent(JSON.stringify({ page: location.pathname.slice(1), ...fonts,
+        colour: getComputedStyle(element('sheet')).color, style: getComputedStyle(element('sheet')).fontStyle,
+        known: CSS.supports('font', '-apple-system-body') && CSS.supports('(font: -apple-system-headline)'),
+        unknown: CSS.supports('font', '-apple-system-nonsense') }));
+    if (now !== last) {
+        last = now;
+        fetch('/report?' + now);
+    }
+};
+setInterval(report, 50);
+</script>)html";
+
+constexpr char styleSheet[] = "p { margin: 0; }\n#linked { color: blue; font: -apple-system-title3; }\n";
+
+/// Opens the file chooser at the press of its button and reports what was chosen.
+constexpr char filePage[] = R"html(<!doctype html><meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1"><title>Files</title>
+<input type="file" hidden><button>Send a picture</button><script>
+const input = document.querySelector('input');
+document.querySelector('button').onclick = () => input.click();
+setInterval(async () => fetch('/report?' + encodeURIComponent(JSON.stringify({ page: location.pathname.slice(1),
+    file: input.files[0]?.name ?? 'none', text: (await input.files[0]?.text()) ?? '' }))), 100);
+</script>)html";
+
 /// Reports what fingers and the keyboard do to it. A field is 40 to 90 from the top, a button 140 to 190, across the
 /// page.
 constexpr char touchPage[] = R"html(<!doctype html><meta charset="utf-8">
@@ -138,8 +188,10 @@ void PageServer::serve() {
             if (!socket->peek(32768).contains("\r\n\r\n")) {
                 return;
             }
-            const QByteArray body = answer(socket->readAll().split(' ').value(1));
-            socket->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nConnection: close\r\nContent-Length: " +
+            const QByteArray path = socket->readAll().split(' ').value(1);
+            const QByteArray body = answer(path);
+            const QByteArray type = path.endsWith(".css") ? "text/css" : "text/html";
+            socket->write("HTTP/1.1 200 OK\r\nContent-Type: " + type + "\r\nConnection: close\r\nContent-Length: " +
                           QByteArray::number(body.size()) + "\r\n\r\n" + body);
             socket->disconnectFromHost();
         });
@@ -150,8 +202,10 @@ QByteArray PageServer::answer(const QByteArray& path) {
     if (path.startsWith("/measure")) {
         return QByteArray(measuringPage).replace("VIEWPORT-FIT", path.contains("cover") ? ", viewport-fit=cover" : "");
     }
-    if (path == "/touch") {
-        return touchPage;
+    static const QMap<QByteArray, QByteArray> pages{
+        {"/touch", touchPage}, {"/styles", stylesPage}, {"/styles.css", styleSheet}, {"/files", filePage}};
+    if (pages.contains(path)) {
+        return pages[path];
     }
     if (!path.startsWith("/report?")) {
         return page;
