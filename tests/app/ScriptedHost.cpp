@@ -92,6 +92,9 @@ void ScriptedHost::inflict(Fault fault) {
     case Fault::pageCrashed:
         crashLatestPage();
         break;
+    case Fault::pageProcessKilled:
+        // The page stays where it was.
+        break;
     case Fault::displayResized:
         desktop.allScreens = {{{0, 0, 1024, 740}, {0, 25, 1024, 690}}};
         desktop.focusedScreen = desktop.allScreens.front();

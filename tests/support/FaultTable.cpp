@@ -164,6 +164,8 @@ QString tableName(Fault fault) {
         return u"device shut down"_s;
     case Fault::pageCrashed:
         return u"page crashed"_s;
+    case Fault::pageProcessKilled:
+        return u"page process killed"_s;
     case Fault::toolMissing:
         return u"tool missing"_s;
     case Fault::toolNotExecutable:

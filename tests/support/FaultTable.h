@@ -65,6 +65,7 @@ enum class Fault {
     simulatorGone,
     deviceShutDown,
     pageCrashed,
+    pageProcessKilled,
     toolMissing,
     toolNotExecutable,
     toolFailing,
@@ -81,17 +82,17 @@ enum class Fault {
 };
 
 inline constexpr std::array allFaults{
-    Fault::safariGone,          Fault::safariCannotBeLaunched,
-    Fault::safariHung,          Fault::deviceNotInMenu,
-    Fault::noDevelopMenu,       Fault::simulatorGone,
-    Fault::deviceShutDown,      Fault::pageCrashed,
-    Fault::toolMissing,         Fault::toolNotExecutable,
-    Fault::toolFailing,         Fault::toolPrintingGarbage,
-    Fault::toolEndedBySignal,   Fault::toolHanging,
-    Fault::accessibilityGone,   Fault::controlWindowClosed,
-    Fault::preferencesReadOnly, Fault::preferencesOverLimit,
-    Fault::preferencesDamaged,  Fault::preferencesNewer,
-    Fault::displayResized,
+    Fault::safariGone,           Fault::safariCannotBeLaunched,
+    Fault::safariHung,           Fault::deviceNotInMenu,
+    Fault::noDevelopMenu,        Fault::simulatorGone,
+    Fault::deviceShutDown,       Fault::pageCrashed,
+    Fault::pageProcessKilled,    Fault::toolMissing,
+    Fault::toolNotExecutable,    Fault::toolFailing,
+    Fault::toolPrintingGarbage,  Fault::toolEndedBySignal,
+    Fault::toolHanging,          Fault::accessibilityGone,
+    Fault::controlWindowClosed,  Fault::preferencesReadOnly,
+    Fault::preferencesOverLimit, Fault::preferencesDamaged,
+    Fault::preferencesNewer,     Fault::displayResized,
 };
 
 /// The name under which the table has it.

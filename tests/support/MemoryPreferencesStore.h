@@ -23,6 +23,8 @@ public:
         m_writtenKeys.push_back(key);
     }
 
+    void forgetWrittenKeys() { m_writtenKeys.clear(); }
+
     /// Whether writing changes nothing, and tells nobody.
     bool isReadOnly = false;
 

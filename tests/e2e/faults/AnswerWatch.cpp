@@ -35,7 +35,8 @@ public:
         , m_root(xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root)
         , m_protocols(atom("WM_PROTOCOLS"))
         , m_ping(atom("_NET_WM_PING")) {
-        // Answers go to the root window: from Qt to who hears of its structure, from others to who hears of its windows.
+        // Answers go to the root window: from Qt to who hears of its structure, from others to who hears of its
+        // windows.
         select(m_root, XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     }
 

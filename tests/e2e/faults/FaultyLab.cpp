@@ -115,6 +115,41 @@ int newestPageProcess(int device) {
     return newest;
 }
 
+int entriesForPages() {
+    return FaultyLab::entriesInMenus(u"127.0.0.1"_s);
+}
+
+/// The device shows the page that was opened last, and the keyboard closes what it shows.
+void closeNewestPage(const QString& device) {
+    const WindowObserver windows;
+    const int before = entriesForPages();
+    const auto window = windows.window(device + u" –"_s);
+    if (before == 0 || !window)
+        return;
+    require(eventually([&] {
+                windows.activate(window->id);
+                return windows.activeWindow() == window->id;
+            }),
+            u"the device does not come to the front"_s);
+    QProcess::execute(u"xdotool"_s, {u"key"_s, u"ctrl+w"_s});
+    require(eventually([&] { return entriesForPages() == before - 1; }), u"the page stays"_s);
+}
+
+void killNewestPage() {
+    const int device = FaultyLab::deviceProcess();
+    const int page = device == 0 ? 0 : newestPageProcess(device);
+    if (page == 0 || entriesForPages() == 0)
+        return;
+    ::kill(page, SIGKILL);
+    const auto hasEnded = [&] {
+        const auto simulator = application(device);
+        return simulator && simulator->find([](const Accessible& object) {
+            return object.name() == u"This page ended unexpectedly.";
+        });
+    };
+    require(eventually(hasEnded), u"the page does not say that it ended"_s);
+}
+
 /// All that an application is told about a device is what its name stands for.
 void rename(const QString& deviceID, const QString& name) {
     int status = -1;
@@ -242,8 +277,10 @@ void FaultyLab::inflict(Fault fault, const Application& application) {
         require(eventually([] { return deviceProcess() == 0; }), u"the device runs on"_s);
         return;
     case Fault::pageCrashed:
-        if (const int process = newestPageProcess(deviceProcess()); process != 0)
-            ::kill(process, SIGKILL);
+        closeNewestPage(application.deviceName);
+        return;
+    case Fault::pageProcessKilled:
+        killNewestPage();
         return;
     case Fault::toolMissing:
         for (const QString& name : developerTools)
