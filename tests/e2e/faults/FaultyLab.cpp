@@ -15,6 +15,7 @@
 
 #include <csignal>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 #include <sys/resource.h>
@@ -89,6 +90,18 @@ void setAccessibility(bool isEnabled) {
                       {u"--session"_s, u"--print-reply=literal"_s, u"--dest=org.a11y.Bus"_s, u"/org/a11y/bus"_s,
                        u"org.freedesktop.DBus.Properties.Set"_s, u"string:org.a11y.Status"_s, u"string:IsEnabled"_s,
                        u"variant:boolean:"_s + (isEnabled ? u"true"_s : u"false"_s)});
+}
+
+/// The launcher takes its bus with it. Whoever asks for one gets a new one, on which nobody is, and which is off.
+void takeAccessibilityAway() {
+    const QString name = u"org.a11y.Bus"_s;
+    setAccessibility(false);
+    const int launcher = sessionProcess(name);
+    ::kill(launcher, SIGTERM);
+    require(eventually([&] { return sessionProcess(name) != launcher; }), u"the accessibility bus stays"_s);
+    setAccessibility(false);
+    // What a program heard about the permission in the instant before may hold for that long.
+    std::ignore = eventually([] { return false; }, std::chrono::milliseconds(300));
 }
 
 /// The process of the page that was opened last: its engine has one for each.
@@ -303,9 +316,7 @@ void FaultyLab::inflict(Fault fault, const Application& application) {
         setBehaviour("hangs");
         return;
     case Fault::accessibilityGone:
-        // The launcher takes its bus with it, and whoever asks for one gets a new one, on which nobody is.
-        setAccessibility(false);
-        ::kill(sessionProcess(u"org.a11y.Bus"_s), SIGTERM);
+        takeAccessibilityAway();
         return;
     case Fault::controlWindowClosed:
         WindowObserver().close(application.window);
