@@ -50,14 +50,11 @@ public:
             const Time now = std::chrono::steady_clock::now();
             if (const std::uint32_t wanted = nextWindow.exchange(0); wanted != 0) {
                 m_window = wanted;
-                m_askedAt.reset();
+                forget();
                 select(m_window, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
             }
-            if (isForgiven.exchange(false))
-                m_askedAt.reset();
-            if (m_askedAt)
-                note(now - *m_askedAt);
-            else if (m_window != 0 && now >= m_nextTime)
+            forgiveIfAsked();
+            if (!m_askedAt && m_window != 0 && now >= m_nextTime)
                 ask(now);
             pollfd waited{xcb_get_file_descriptor(m_connection), POLLIN, 0};
             constexpr int look = 5;
@@ -71,6 +68,8 @@ public:
     std::atomic<bool> isForgiven = false;
     std::atomic<std::uint32_t> nextWindow = 0;
     std::atomic<std::int64_t> longest = 0;
+    /// When the question was asked that has no answer yet; the beginning of time without one.
+    std::atomic<Time> openSince = Time();
     std::atomic<int> answers = 0;
 
 private:
@@ -97,18 +96,22 @@ private:
         xcb_send_event(m_connection, 0, m_window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
         xcb_flush(m_connection);
         m_askedAt = now;
+        openSince = now;
         m_nextTime = now + interval;
     }
 
     void take(const xcb_generic_event_t& event) {
         constexpr std::uint8_t typeMask = 0x7f;
         const auto type = event.response_type & typeMask;
+        // The answer to what was forgiven may be here before this thread has heard of that.
+        forgiveIfAsked();
         if (type == XCB_CLIENT_MESSAGE) {
             const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
             const bool isAnswer =
                 message.type == m_protocols && message.data.data32[0] == m_ping && message.data.data32[1] == m_question;
             if (isAnswer && m_askedAt) {
-                note(std::chrono::steady_clock::now() - *std::exchange(m_askedAt, std::nullopt));
+                note(std::chrono::steady_clock::now() - *m_askedAt);
+                forget();
                 ++answers;
             }
         } else if (type == XCB_DESTROY_NOTIFY) {
@@ -122,7 +125,17 @@ private:
 
     void leave() {
         m_window = 0;
+        forget();
+    }
+
+    void forget() {
         m_askedAt.reset();
+        openSince = Time();
+    }
+
+    void forgiveIfAsked() {
+        if (isForgiven.exchange(false))
+            forget();
     }
 
     void note(std::chrono::steady_clock::duration duration) {
@@ -157,7 +170,10 @@ void AnswerWatch::forgive() {
 }
 
 std::chrono::milliseconds AnswerWatch::longest() const {
-    return std::chrono::milliseconds(m_state->longest);
+    const Time openSince = m_state->openSince;
+    const auto open = openSince == Time() ? Time::duration() : std::chrono::steady_clock::now() - openSince;
+    return std::max(std::chrono::milliseconds(m_state->longest),
+                    std::chrono::duration_cast<std::chrono::milliseconds>(open));
 }
 
 int AnswerWatch::answers() const {

@@ -227,6 +227,7 @@ void FaultMatrix::keepWatching() {
 void FaultMatrix::strike() {
     keepWatching();
     m_application.processID = m_corvanta.processID();
+    m_application.pages = pagesAt(m_row.moment);
     try {
         m_lab.inflict(GetParam().fault, m_application);
     } catch (const std::exception& error) {

@@ -128,34 +128,38 @@ int newestPageProcess(int device) {
     return newest;
 }
 
-int entriesForPages() {
-    return FaultyLab::entriesInMenus(u"127.0.0.1"_s);
+void waitForPages(int count) {
+    require(eventually([&] { return FaultyLab::entriesInMenus(u"127.0.0.1"_s) == count; }),
+            u"%1 pages are not what Safari lists"_s.arg(count));
 }
 
 /// The device shows the page that was opened last, and the keyboard closes what it shows.
-void closeNewestPage(const QString& device) {
-    const WindowObserver windows;
-    const int before = entriesForPages();
-    const auto window = windows.window(device + u" –"_s);
-    if (before == 0 || !window)
+void closeNewestPage(const FaultyLab::Application& application) {
+    if (application.pages == 0)
         return;
+    waitForPages(application.pages);
+    const WindowObserver windows;
+    const auto window = windows.window(application.deviceName + u" –"_s);
+    require(window.has_value(), u"the device has no window"_s);
     require(eventually([&] {
                 windows.activate(window->id);
                 return windows.activeWindow() == window->id;
             }),
             u"the device does not come to the front"_s);
     QProcess::execute(u"xdotool"_s, {u"key"_s, u"ctrl+w"_s});
-    require(eventually([&] { return entriesForPages() == before - 1; }), u"the page stays"_s);
+    waitForPages(application.pages - 1);
 }
 
-void killNewestPage() {
-    const int device = FaultyLab::deviceProcess();
-    const int page = device == 0 ? 0 : newestPageProcess(device);
-    if (page == 0 || entriesForPages() == 0)
+void killNewestPage(const FaultyLab::Application& application) {
+    if (application.pages == 0)
         return;
+    waitForPages(application.pages);
+    const int device = FaultyLab::deviceProcess();
+    const int page = newestPageProcess(device);
+    require(page != 0, u"the page has no process"_s);
     ::kill(page, SIGKILL);
     const auto hasEnded = [&] {
-        const auto simulator = application(device);
+        const auto simulator = testing::application(device);
         return simulator && simulator->find([](const Accessible& object) {
             return object.name() == u"This page ended unexpectedly.";
         });
@@ -290,10 +294,10 @@ void FaultyLab::inflict(Fault fault, const Application& application) {
         require(eventually([] { return deviceProcess() == 0; }), u"the device runs on"_s);
         return;
     case Fault::pageCrashed:
-        closeNewestPage(application.deviceName);
+        closeNewestPage(application);
         return;
     case Fault::pageProcessKilled:
-        killNewestPage();
+        killNewestPage(application);
         return;
     case Fault::toolMissing:
         for (const QString& name : developerTools)

@@ -28,6 +28,8 @@ public:
         std::uint32_t window = 0;
         QString deviceID;
         QString deviceName;
+        /// How many pages the device has been asked to open.
+        int pages = 0;
     };
 
     /// Breaks something and returns once it is broken. What the application has not been started for yet, its process
