@@ -71,6 +71,26 @@ bool matches(const QString& text, const QString& tableText, const QHash<QString,
     return QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(text).hasMatch();
 }
 
+/// How many pages the device has been asked to open when the moment comes.
+int pagesAt(FaultMoment moment) {
+    switch (moment) {
+    case FaultMoment::waiting:
+    case FaultMoment::attaching:
+    case FaultMoment::running:
+    case FaultMoment::reloadOpeningPage:
+        return 1;
+    case FaultMoment::choice:
+    case FaultMoment::runningAttaching:
+    case FaultMoment::reloadWaiting:
+    case FaultMoment::reloadAttaching:
+        return 2;
+    case FaultMoment::runningChoice:
+        return 3;
+    default:
+        return 0;
+    }
+}
+
 class FaultMatrix : public WorkspaceEndToEnd, public ::testing::WithParamInterface<FaultTableRow> {
 protected:
     void SetUp() override;
