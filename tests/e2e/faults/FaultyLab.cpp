@@ -92,6 +92,12 @@ void setAccessibility(bool isEnabled) {
                        u"variant:boolean:"_s + (isEnabled ? u"true"_s : u"false"_s)});
 }
 
+/// What the application was told in the instant before may still stand for what is there now: so a program that has
+/// just stopped seems to take a press.
+void outliveMemories() {
+    std::ignore = eventually([] { return false; }, std::chrono::milliseconds(400));
+}
+
 /// The launcher takes its bus with it. Whoever asks for one gets a new one, on which nobody is, and which is off.
 void takeAccessibilityAway() {
     const QString name = u"org.a11y.Bus"_s;
@@ -100,8 +106,7 @@ void takeAccessibilityAway() {
     ::kill(launcher, SIGTERM);
     require(eventually([&] { return sessionProcess(name) != launcher; }), u"the accessibility bus stays"_s);
     setAccessibility(false);
-    // What a program heard about the permission in the instant before may hold for that long.
-    std::ignore = eventually([] { return false; }, std::chrono::milliseconds(300));
+    outliveMemories();
 }
 
 /// The process of the page that was opened last: its engine has one for each.
@@ -273,8 +278,10 @@ void FaultyLab::inflict(Fault fault, const Application& application) {
         return;
     case Fault::safariHung:
         m_stopped = sessionProcess(safariName);
-        if (m_stopped != 0)
+        if (m_stopped != 0) {
             ::kill(m_stopped, SIGSTOP);
+            outliveMemories();
+        }
         return;
     case Fault::deviceNotInMenu:
         // Its menu is told by its name.
