@@ -27,10 +27,14 @@ void writeToPipe(int) {
     errno = interruptedError;
 }
 
+/// Not SIG_IGN, which the programs that are started would inherit.
+void carryOn(int) {}
+
 } // namespace
 
 TerminationSignals::TerminationSignals(QObject* parent)
     : QObject(parent) {
+    std::signal(SIGXFSZ, carryOn);
     if (::pipe(signalPipe.data()) != 0)
         return;
     for (const int end : signalPipe)
@@ -49,6 +53,7 @@ TerminationSignals::TerminationSignals(QObject* parent)
 TerminationSignals::~TerminationSignals() {
     for (const int signal : terminationSignals)
         std::signal(signal, SIG_DFL);
+    std::signal(SIGXFSZ, SIG_DFL);
     for (int& end : signalPipe) {
         if (end >= 0)
             ::close(end);

@@ -49,6 +49,22 @@ TEST(FaultTableReading, GivesEachCellATestNameOfItsOwn) {
     }
 }
 
+TEST(FaultTableReading, SpreadsARowOfEveryMoment) {
+    const auto rows = testing::parseFaultTable(
+        tableWith(u"| every moment | display resized | as without | as without | as without |"_s));
+    ASSERT_EQ(rows.size(), testing::allFaultMoments.size());
+    for (const FaultTableRow& row : rows) {
+        EXPECT_EQ(row.fault, Fault::displayResized);
+        EXPECT_EQ(row.recovery, std::nullopt);
+        EXPECT_EQ(row.line, 5);
+    }
+    EXPECT_EQ(rows.front().moment, FaultMoment::setupCheck);
+    EXPECT_EQ(rows.front().phase, WorkspacePhase::idle);
+    EXPECT_EQ(rows.front().status, u"Setup ready; looking for simulators"_s);
+    EXPECT_EQ(rows.back().phase, WorkspacePhase::running);
+    EXPECT_EQ(rows.back().status, u"Workspace running"_s);
+}
+
 TEST(FaultTableReading, PutsEachValueInItsPlace) {
     const QHash<QString, QString> values{{u"page"_s, u"A {device}"_s}, {u"device"_s, u"B"_s}};
     EXPECT_EQ(testing::filledText(u"{page} on {device}."_s, values), u"A {device} on B."_s);
@@ -99,6 +115,12 @@ const std::vector<DamagedTable> damagedTables{
     {"SameCellTwice",
      tableWith(u"| running | Safari gone | running | A | none |\n"
                "| running | Safari gone | running | A | none |"_s),
+     "line 6: \"running\" × \"Safari gone\" has been there before"},
+    {"EveryMomentOtherwise", tableWith(u"| every moment | Safari gone | running | Workspace running | none |"_s),
+     "line 5: what is the same at every moment is \"as without\""},
+    {"EveryMomentOnceMore",
+     tableWith(u"| running | Safari gone | running | A | none |\n"
+               "| every moment | Safari gone | as without | as without | as without |"_s),
      "line 6: \"running\" × \"Safari gone\" has been there before"},
     {"OtherHeader", u"| Fault | During | Phase | Status | Recovery |"_s,
      "line 1: a table begins with the header \"During | Fault | Phase | Status | Recovery\""},

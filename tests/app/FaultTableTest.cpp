@@ -72,37 +72,27 @@ private:
     [[nodiscard]] bool isMoment(FaultMoment moment) const;
     [[nodiscard]] static bool isMoment(FaultMoment moment, const ProcessCommand& command);
     void strike();
+    void makeCoordinator();
+    void breakPreferences(Fault fault);
 
-    void check() {
-        const testing::WatchedTask task(m_coordinator->runSetupChecks());
+    /// Gives a task all the time that it may take; only one that a tool keeps waiting needs more.
+    void follow(QCoro::Task<void> operation) {
+        const testing::WatchedTask task(std::move(operation));
         settle();
-        EXPECT_TRUE(task.isDone());
+        EXPECT_TRUE(task.isDone() || m_isHanging);
     }
 
-    void list() {
-        const testing::WatchedTask task(m_coordinator->refreshDevices());
-        settle();
-        EXPECT_TRUE(task.isDone());
-    }
+    void check() { follow(m_coordinator->runSetupChecks()); }
 
-    void start() {
-        const testing::WatchedTask task(m_coordinator->startWorkspace());
-        settle();
-        EXPECT_TRUE(task.isDone());
-    }
+    void list() { follow(m_coordinator->refreshDevices()); }
 
-    void reload() {
-        const testing::WatchedTask task(m_coordinator->reloadPage());
-        settle();
-        EXPECT_TRUE(task.isDone());
-    }
+    void start() { follow(m_coordinator->startWorkspace()); }
+
+    void reload() { follow(m_coordinator->reloadPage()); }
 
     void chooseFirst() {
         ASSERT_FALSE(m_coordinator->candidateTargets().empty());
-        const testing::WatchedTask task(
-            m_coordinator->chooseInspectorTarget(m_coordinator->candidateTargets().front()));
-        settle();
-        EXPECT_TRUE(task.isDone());
+        follow(m_coordinator->chooseInspectorTarget(m_coordinator->candidateTargets().front()));
     }
 
     testing::ScriptedHost m_host;
@@ -122,6 +112,7 @@ private:
     };
 
     std::optional<Awaited> m_awaited;
+    bool m_isHanging = false;
 };
 
 FaultTableWalk::FaultTableWalk() {
@@ -130,7 +121,14 @@ FaultTableWalk::FaultTableWalk() {
     profile.coordinate = storedPoint;
     profile.locationName = u"Barcelona"_s;
     m_profiles.save(profile);
+    makeCoordinator();
+    m_host.beforeCommand = [this](const ProcessCommand& command) {
+        if (m_awaited && isMoment(m_awaited->moment, command))
+            strike();
+    };
+}
 
+void FaultTableWalk::makeCoordinator() {
     m_coordinator = std::make_unique<WorkspaceCoordinator>(WorkspaceCoordinator::Services{
         .simulator = m_simulator,
         .safari = m_safari,
@@ -152,10 +150,6 @@ FaultTableWalk::FaultTableWalk() {
     QObject::connect(m_coordinator.get(), &WorkspaceCoordinator::phaseChanged, look);
     QObject::connect(m_coordinator.get(), &WorkspaceCoordinator::statusMessageChanged, look);
     QObject::connect(m_coordinator.get(), &WorkspaceCoordinator::isRefreshingDevicesChanged, look);
-    m_host.beforeCommand = [this](const ProcessCommand& command) {
-        if (m_awaited && isMoment(m_awaited->moment, command))
-            strike();
-    };
 }
 
 FaultTableWalk::~FaultTableWalk() {
@@ -212,8 +206,24 @@ bool FaultTableWalk::isMoment(FaultMoment moment, const ProcessCommand& command)
 }
 
 void FaultTableWalk::strike() {
-    if (const auto awaited = std::exchange(m_awaited, std::nullopt))
+    if (const auto awaited = std::exchange(m_awaited, std::nullopt)) {
+        m_isHanging = awaited->fault == Fault::toolHanging;
         m_host.inflict(awaited->fault);
+        breakPreferences(awaited->fault);
+    }
+}
+
+void FaultTableWalk::breakPreferences(Fault fault) {
+    const auto replace = [this](const QByteArray& value) {
+        for (const QString& key : {u"workspaceProfile"_s, u"favoriteLocations"_s, u"recentLocations"_s})
+            m_preferences.setData(key, value);
+    };
+    if (fault == Fault::preferencesDamaged)
+        replace("\0\xff{\"pageURL");
+    else if (fault == Fault::preferencesNewer)
+        replace(R"({"schema":99,"pageURL":["http://localhost:3000"],"columnRatios":"wide"})");
+    else if (fault == Fault::preferencesReadOnly || fault == Fault::preferencesOverLimit)
+        m_preferences.isReadOnly = true;
 }
 
 void FaultTableWalk::prepare(FaultMoment moment) {
@@ -274,6 +284,11 @@ void FaultTableWalk::act(FaultMoment moment) {
 }
 
 void FaultTableWalk::reach(FaultMoment moment, Fault fault) {
+    // What is wrong with the preferences shows when they are read.
+    if (moment == FaultMoment::setupCheck) {
+        breakPreferences(fault);
+        makeCoordinator();
+    }
     ASSERT_NO_FATAL_FAILURE(prepare(moment));
     m_awaited = {moment, fault};
     ASSERT_NO_FATAL_FAILURE(act(moment));
@@ -281,6 +296,10 @@ void FaultTableWalk::reach(FaultMoment moment, Fault fault) {
 
 void FaultTableWalk::startAfresh(FaultMoment moment) {
     m_host.lift();
+    m_preferences.isReadOnly = false;
+    // A tool that hung has been ended, and what waited for it has come to its own end.
+    if (std::exchange(m_isHanging, false))
+        settle();
     m_coordinator->setControlWindow(m_host.controlWindow);
     m_host.pagesOfAddress = {u"Start"_s};
     m_coordinator->stopWorkspace();
@@ -298,6 +317,8 @@ std::string FaultTableWalk::filled(const QString& text) const {
                                    {u"device"_s, m_host.deviceName},
                                    {u"udid"_s, m_host.deviceID},
                                    {u"url"_s, u"http://localhost:3000"_s},
+                                   {u"host"_s, u"localhost"_s},
+                                   {u"place"_s, u"Barcelona"_s},
                                    {u"coordinate"_s, CoordinateFormatter::coordinatePair(storedPoint)},
                                    {u"page"_s, m_host.latestPage()},
                                    {u"launch error"_s, m_host.launchErrorText},

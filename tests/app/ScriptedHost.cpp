@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <iterator>
 #include <utility>
 
@@ -25,6 +26,8 @@ constexpr auto launchTime = 500ms;
 constexpr auto menuBarTime = 200ms;
 constexpr auto pageLoadTime = 600ms;
 constexpr auto inspectorTime = 450ms;
+/// How often a tool that hangs looks whether somebody has ended it.
+constexpr auto hangLook = 1s;
 constexpr int wrongState = 149;
 
 Clock::Duration durationOf(const ProcessCommand& command) {
@@ -89,9 +92,28 @@ void ScriptedHost::inflict(Fault fault) {
     case Fault::pageCrashed:
         crashLatestPage();
         break;
+    case Fault::pageProcessKilled:
+        // The page stays where it was.
+        break;
+    case Fault::displayResized:
+        desktop.allScreens = {{{0, 0, 1024, 740}, {0, 25, 1024, 690}}};
+        desktop.focusedScreen = desktop.allScreens.front();
+        if (controlWindow)
+            controlWindow->shownOn = desktop.focusedScreen;
+        break;
     case Fault::toolMissing:
+    case Fault::toolNotExecutable:
     case Fault::toolFailing:
     case Fault::toolPrintingGarbage:
+    case Fault::toolEndedBySignal:
+    case Fault::toolHanging:
+        // The tools look for themselves.
+        break;
+    case Fault::preferencesReadOnly:
+    case Fault::preferencesOverLimit:
+    case Fault::preferencesDamaged:
+    case Fault::preferencesNewer:
+        // The preferences are not the host's.
         break;
     case Fault::accessibilityGone:
         tree.trusted = false;
@@ -293,11 +315,18 @@ QCoro::Task<ProcessResult> ScriptedHost::run(ProcessCommand command) {
     if (beforeCommand)
         beforeCommand(command);
     const auto fault = m_fault;
-    if (fault == Fault::toolMissing)
+    if (fault == Fault::toolMissing || fault == Fault::toolNotExecutable)
         throw ProcessLaunchError(command.executablePath, launchErrorText);
     co_await clock.sleepFor(durationOf(command));
     if (fault == Fault::toolFailing)
         co_return ProcessResult{1, {}, "\n  " + toolMessage.toUtf8() + "\n"};
+    if (fault == Fault::toolEndedBySignal)
+        co_return ProcessResult{SIGKILL, {}, {}};
+    if (fault == Fault::toolHanging) {
+        while (m_fault == Fault::toolHanging)
+            co_await clock.sleepFor(hangLook);
+        co_return ProcessResult{SIGTERM, {}, {}};
+    }
     ProcessResult result = answer(command);
     if (fault == Fault::toolPrintingGarbage)
         result.standardOutput = garbage.toUtf8();

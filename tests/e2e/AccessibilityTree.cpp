@@ -37,6 +37,10 @@ std::optional<Accessible> reference(const QVariantList& reply) {
     return Accessible(busName, path.path());
 }
 
+Accessible desktop() {
+    return Accessible(u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s);
+}
+
 } // namespace
 
 QDBusConnection accessibilityBus() {
@@ -179,12 +183,19 @@ QStringList Accessible::allTexts(Objects objects, int depth) const {
 
 std::vector<Accessible> applications(const QString& name) {
     std::vector<Accessible> result;
-    const Accessible desktop(u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s);
-    for (const Accessible& application : desktop.children()) {
+    for (const Accessible& application : desktop().children()) {
         if (application.name() == name)
             result.push_back(application);
     }
     return result;
+}
+
+std::optional<Accessible> application(int processID) {
+    for (const Accessible& application : desktop().children()) {
+        if (application.processID() == processID)
+            return application;
+    }
+    return std::nullopt;
 }
 
 std::vector<Accessible> frames(const QString& applicationName) {

@@ -62,6 +62,10 @@ private:
 /// The applications on the accessibility bus that carry the name.
 [[nodiscard]] std::vector<Accessible> applications(const QString& name);
 
+/// The application on the accessibility bus that is this process. Asks no application, so that none that is held can
+/// keep the caller waiting.
+[[nodiscard]] std::optional<Accessible> application(int processID);
+
 /// All frames of all applications that carry the name.
 [[nodiscard]] std::vector<Accessible> frames(const QString& applicationName);
 

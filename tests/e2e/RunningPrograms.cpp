@@ -12,6 +12,8 @@
 #include <csignal>
 #include <ranges>
 
+#include <unistd.h>
+
 namespace corvanta::testing {
 
 using namespace Qt::Literals::StringLiterals;
@@ -84,6 +86,11 @@ void DrivenCorvanta::start(const QStringList& arguments) {
     m_process.waitForStarted();
 }
 
+void DrivenCorvanta::start(const QStringList& arguments, int outputDescriptor) {
+    m_process.setChildProcessModifier([outputDescriptor] { ::dup2(outputDescriptor, STDOUT_FILENO); });
+    start(arguments);
+}
+
 std::optional<int> DrivenCorvanta::quit() {
     m_process.terminate();
     if (!m_process.waitForFinished(10000) || m_process.exitStatus() != QProcess::NormalExit)
@@ -141,6 +148,13 @@ bool DrivenCorvanta::press(const QString& button) const {
 bool DrivenCorvanta::isEnabled(const QString& button) const {
     const auto found = find(u"push button"_s, button);
     return found && found->isSensitive();
+}
+
+bool DrivenCorvanta::focus(const QString& button) const {
+    const auto found = find(u"push button"_s, button);
+    if (found && !found->isFocused())
+        found->takeFocus();
+    return found && found->isFocused();
 }
 
 bool DrivenCorvanta::choose(const QString& menuItem) const {

@@ -52,6 +52,8 @@ public:
     DrivenCorvanta& operator=(const DrivenCorvanta&) = delete;
 
     void start(const QStringList& arguments);
+    /// The same, printing to a descriptor that the caller keeps; `output` has nothing then.
+    void start(const QStringList& arguments, int outputDescriptor);
     /// Asks it to end and waits; the exit status, nothing when it did not end in time.
     std::optional<int> quit();
     /// Waits until it has ended of its own accord; likewise.
@@ -71,6 +73,9 @@ public:
         int m_processID;
     };
 
+    /// Whether it has been started and has not ended, in whatever way.
+    [[nodiscard]] bool isRunning() const { return m_process.state() == QProcess::Running; }
+
     [[nodiscard]] int processID() const { return static_cast<int>(m_process.processId()); }
 
     /// Everything that it has printed so far.
@@ -81,6 +86,8 @@ public:
     [[nodiscard]] bool shows(const QString& text) const;
     [[nodiscard]] bool press(const QString& button) const;
     [[nodiscard]] bool isEnabled(const QString& button) const;
+    /// Gives a button the keyboard within the window; whether it has it.
+    [[nodiscard]] bool focus(const QString& button) const;
     /// Chooses an entry of its menu bar.
     [[nodiscard]] bool choose(const QString& menuItem) const;
     [[nodiscard]] bool isItemEnabled(const QString& menuItem) const;

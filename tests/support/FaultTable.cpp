@@ -17,6 +17,8 @@ namespace {
 
 const QStringList header{u"During"_s, u"Fault"_s, u"Phase"_s, u"Status"_s, u"Recovery"_s};
 constexpr auto noText = u"none";
+constexpr auto everyMoment = u"every moment";
+constexpr auto asWithout = u"as without";
 
 [[noreturn]] void damaged(int line, const QString& complaint) {
     throw FaultTableError(u"line %1: %2"_s.arg(line).arg(complaint).toStdString());
@@ -42,7 +44,34 @@ Value named(const auto& all, const QString& name, int line) {
     return *found;
 }
 
-FaultTableRow rowOf(const QStringList& cells, int line) {
+/// What comes of the moment when nothing goes wrong.
+FaultTableRow rowWithout(FaultMoment moment) {
+    FaultTableRow row;
+    row.moment = moment;
+    row.phase = WorkspacePhase::running;
+    row.status = u"Workspace running"_s;
+    if (moment == FaultMoment::setupCheck || moment == FaultMoment::deviceListing) {
+        row.phase = WorkspacePhase::idle;
+        row.status = moment == FaultMoment::setupCheck ? u"Setup ready; looking for simulators"_s : u"Ready"_s;
+    }
+    return row;
+}
+
+std::vector<FaultTableRow> rowsWithout(const QStringList& cells, int line) {
+    if (cells[2] != asWithout || cells[3] != asWithout || cells[4] != asWithout)
+        damaged(line, u"what is the same at every moment is \"as without\""_s);
+    std::vector<FaultTableRow> rows;
+    for (const FaultMoment moment : allFaultMoments) {
+        rows.push_back(rowWithout(moment));
+        rows.back().fault = named<Fault>(allFaults, cells[1], line);
+        rows.back().line = line;
+    }
+    return rows;
+}
+
+std::vector<FaultTableRow> rowsOf(const QStringList& cells, int line) {
+    if (cells[0] == everyMoment)
+        return rowsWithout(cells, line);
     FaultTableRow row;
     row.line = line;
     row.moment = named<FaultMoment>(allFaultMoments, cells[0], line);
@@ -56,7 +85,7 @@ FaultTableRow rowOf(const QStringList& cells, int line) {
         damaged(line, u"a text is missing"_s);
     if (cells[4] != noText)
         row.recovery = cells[4];
-    return row;
+    return {row};
 }
 
 bool isSeparator(const QStringList& cells) {
@@ -135,16 +164,34 @@ QString tableName(Fault fault) {
         return u"device shut down"_s;
     case Fault::pageCrashed:
         return u"page crashed"_s;
+    case Fault::pageProcessKilled:
+        return u"page process killed"_s;
     case Fault::toolMissing:
         return u"tool missing"_s;
+    case Fault::toolNotExecutable:
+        return u"tool not executable"_s;
     case Fault::toolFailing:
         return u"tool failing"_s;
     case Fault::toolPrintingGarbage:
         return u"tool printing garbage"_s;
+    case Fault::toolEndedBySignal:
+        return u"tool ended by a signal"_s;
+    case Fault::toolHanging:
+        return u"tool hanging"_s;
     case Fault::accessibilityGone:
         return u"accessibility bus gone"_s;
     case Fault::controlWindowClosed:
         return u"control window closed"_s;
+    case Fault::preferencesReadOnly:
+        return u"preferences read-only"_s;
+    case Fault::preferencesOverLimit:
+        return u"preferences over a size limit"_s;
+    case Fault::preferencesDamaged:
+        return u"preferences damaged"_s;
+    case Fault::preferencesNewer:
+        return u"preferences of a newer version"_s;
+    case Fault::displayResized:
+        return u"display resized"_s;
     }
     Q_UNREACHABLE();
 }
@@ -178,9 +225,11 @@ std::vector<FaultTableRow> parseFaultTable(const QString& text) {
             if (!isSeparator(cells))
                 damaged(line, u"dashes belong between the header and the rows"_s);
         } else {
-            rows.push_back(rowOf(cells, line));
-            if (!seen.insert({rows.back().moment, rows.back().fault}).second)
-                damaged(line, u"\"%1\" × \"%2\" has been there before"_s.arg(cells[0], cells[1]));
+            for (const FaultTableRow& row : rowsOf(cells, line)) {
+                if (!seen.insert({row.moment, row.fault}).second)
+                    damaged(line, u"\"%1\" × \"%2\" has been there before"_s.arg(tableName(row.moment), cells[1]));
+                rows.push_back(row);
+            }
         }
     }
     return rows;

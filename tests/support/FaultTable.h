@@ -65,21 +65,34 @@ enum class Fault {
     simulatorGone,
     deviceShutDown,
     pageCrashed,
+    pageProcessKilled,
     toolMissing,
+    toolNotExecutable,
     toolFailing,
     toolPrintingGarbage,
+    toolEndedBySignal,
+    toolHanging,
     accessibilityGone,
     controlWindowClosed,
+    preferencesReadOnly,
+    preferencesOverLimit,
+    preferencesDamaged,
+    preferencesNewer,
+    displayResized,
 };
 
 inline constexpr std::array allFaults{
-    Fault::safariGone,          Fault::safariCannotBeLaunched,
-    Fault::safariHung,          Fault::deviceNotInMenu,
-    Fault::noDevelopMenu,       Fault::simulatorGone,
-    Fault::deviceShutDown,      Fault::pageCrashed,
-    Fault::toolMissing,         Fault::toolFailing,
-    Fault::toolPrintingGarbage, Fault::accessibilityGone,
-    Fault::controlWindowClosed,
+    Fault::safariGone,           Fault::safariCannotBeLaunched,
+    Fault::safariHung,           Fault::deviceNotInMenu,
+    Fault::noDevelopMenu,        Fault::simulatorGone,
+    Fault::deviceShutDown,       Fault::pageCrashed,
+    Fault::pageProcessKilled,    Fault::toolMissing,
+    Fault::toolNotExecutable,    Fault::toolFailing,
+    Fault::toolPrintingGarbage,  Fault::toolEndedBySignal,
+    Fault::toolHanging,          Fault::accessibilityGone,
+    Fault::controlWindowClosed,  Fault::preferencesReadOnly,
+    Fault::preferencesOverLimit, Fault::preferencesDamaged,
+    Fault::preferencesNewer,     Fault::displayResized,
 };
 
 /// The name under which the table has it.
@@ -110,8 +123,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Every row of the Markdown tables in `text`, in their order. Throws FaultTableError for a line of a table that is not
-/// understood whole: another number of columns, an unknown name, a missing text, a cell that has been there before.
+/// Every row of the Markdown tables in `text`, in their order. A row of "every moment" with the outcome "as without"
+/// stands for a row of each moment, with the outcome that there is without a fault. Throws FaultTableError for a line
+/// of a table that is not understood whole: another number of columns, an unknown name, a missing text, a cell that has
+/// been there before.
 [[nodiscard]] std::vector<FaultTableRow> parseFaultTable(const QString& text);
 
 /// The same of a file. Throws FaultTableError also when there is none, or no row in it.

@@ -17,9 +17,16 @@ public:
     }
 
     void setData(const QString& key, const QByteArray& value) override {
+        if (isReadOnly)
+            return;
         m_values[key] = value;
         m_writtenKeys.push_back(key);
     }
+
+    void forgetWrittenKeys() { m_writtenKeys.clear(); }
+
+    /// Whether writing changes nothing, and tells nobody.
+    bool isReadOnly = false;
 
     /// The key of each write, in order.
     [[nodiscard]] const std::vector<QString>& writtenKeys() const { return m_writtenKeys; }

@@ -40,6 +40,8 @@ public:
     /// Every duration that was asked for, in order.
     [[nodiscard]] const std::vector<Duration>& requestedSleeps() const { return m_requestedSleeps; }
 
+    void forgetRequestedSleeps() { m_requestedSleeps.clear(); }
+
     /// The time since the clock was made.
     [[nodiscard]] Duration elapsed() const { return m_now - TimePoint{}; }
 
