@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/UpdateAlertDialog.h"
 
+#include "window/DisplayText.h"
 #include "window/widgets/SymbolMark.h"
 #include "window/widgets/TextLabel.h"
 
@@ -24,6 +25,8 @@ namespace {
 constexpr int signSide = 36;
 constexpr int textWidth = 340;
 constexpr int maxMessageLines = 14;
+/// More than a person reads in an alert.
+constexpr qsizetype longestMessage = 20'000;
 /// Between the frame of a message that scrolls and its text.
 constexpr int framePadding = 8;
 
@@ -93,7 +96,7 @@ QWidget* UpdateAlertDialog::makeMessage(const QString& message) {
     auto* const bar = new QScrollBar(Qt::Vertical);
     bar->setObjectName(u"overlay"_s);
     view->setVerticalScrollBar(bar);
-    view->setPlainText(message);
+    view->setPlainText(displayText(message, longestMessage));
     view->setFixedSize(textWidth, isScrolled ? most + 2 * framePadding : needed);
     view->setFocusPolicy(isScrolled ? Qt::StrongFocus : Qt::ClickFocus);
     return view;

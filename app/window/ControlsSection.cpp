@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/ControlsSection.h"
 
+#include "window/DisplayText.h"
 #include "window/widgets/AddressField.h"
 #include "window/widgets/ButtonRows.h"
 #include "window/widgets/Buttons.h"
@@ -103,8 +104,9 @@ void ControlsSection::showDevices() {
     const QSignalBlocker blocker(m_devices);
     m_devices->clear();
     for (const SimulatorDevice& device : m_coordinator.devices()) {
-        m_devices->addItem(device.displayName(), device.udid);
-        m_devices->setItemData(m_devices->count() - 1, plainToolTip(device.displayName()), Qt::ToolTipRole);
+        const QString name = displayText(device.displayName(), longestLine);
+        m_devices->addItem(name, device.udid);
+        m_devices->setItemData(m_devices->count() - 1, plainToolTip(name), Qt::ToolTipRole);
     }
     if (m_coordinator.devices().empty())
         m_devices->addItem(u"No available simulators"_s);

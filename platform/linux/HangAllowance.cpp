@@ -10,25 +10,29 @@ namespace corvanta {
 
 namespace {
 
-constexpr std::chrono::nanoseconds pollInterval = std::chrono::microseconds(100);
+constexpr std::chrono::nanoseconds firstPoll = std::chrono::microseconds(100);
+constexpr std::chrono::nanoseconds longestPoll = std::chrono::milliseconds(1);
 
 } // namespace
-
-void HangAllowance::pauseBriefly(std::chrono::nanoseconds atMost) {
-    std::this_thread::sleep_for(std::min(atMost, pollInterval));
-}
 
 bool HangAllowance::wait(const std::function<bool()>& isDone, const Pause& pause) {
     if (isDone())
         return true;
     const auto start = std::chrono::steady_clock::now();
+    std::chrono::nanoseconds poll = firstPoll;
     for (;;) {
         const auto waited = std::chrono::steady_clock::now() - start;
         if (m_used + waited >= m_perTurn) {
             m_used += waited;
             break;
         }
-        pause(m_perTurn - m_used - waited);
+        const std::chrono::nanoseconds left = m_perTurn - m_used - waited;
+        if (pause) {
+            pause(left);
+        } else {
+            std::this_thread::sleep_for(std::min(left, poll));
+            poll = std::min(2 * poll, longestPoll);
+        }
         if (isDone())
             return true;
     }

@@ -22,8 +22,9 @@ public:
     using Pause = std::function<void(std::chrono::nanoseconds atMost)>;
 
     /// Waits until `isDone`, which is asked again and again, or until the allowance is used up, and says which it was.
-    /// Only waiting in vain uses it up. Asks at least once.
-    bool wait(const std::function<bool()>& isDone, const Pause& pause = &pauseBriefly);
+    /// Only waiting in vain uses it up. Asks at least once. Without a pause of the caller's own it asks often at first,
+    /// and less often the longer nothing has happened.
+    bool wait(const std::function<bool()>& isDone, const Pause& pause = {});
 
     /// One call that may be waited for once: when that was in vain, later waits only look.
     struct Call {
@@ -40,8 +41,6 @@ public:
     bool wait(Call& call);
 
 private:
-    static void pauseBriefly(std::chrono::nanoseconds atMost);
-
     const std::chrono::milliseconds m_perTurn;
     std::chrono::nanoseconds m_used{};
     bool m_isRenewalScheduled = false;

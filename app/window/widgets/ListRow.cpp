@@ -2,6 +2,7 @@
 #include "window/widgets/ListRow.h"
 
 #include "window/Appearance.h"
+#include "window/DisplayText.h"
 #include "window/widgets/ToolTip.h"
 
 #include <QApplication>
@@ -33,12 +34,12 @@ ListRow::ListRow(QWidget* parent)
 }
 
 void ListRow::showTexts(const QString& title, const QString& subtitle) {
-    m_title = title;
-    m_subtitle = subtitle;
+    m_title = displayText(title, longestLine);
+    m_subtitle = displayText(subtitle, longestLine);
     // A single ampersand would be taken for a mnemonic.
-    setText(QString(title).replace(u'&', u"&&"_s));
-    setAccessibleName(title);
-    setAccessibleDescription(subtitle);
+    setText(QString(m_title).replace(u'&', u"&&"_s));
+    setAccessibleName(m_title);
+    setAccessibleDescription(m_subtitle);
     updateGeometry();
     updateToolTip();
     update();

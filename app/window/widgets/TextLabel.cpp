@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "window/widgets/TextLabel.h"
 
+#include "window/DisplayText.h"
+
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
@@ -93,8 +95,9 @@ void TextLabel::showText(const QString& text) {
     if (m_text == text && !this->text().isEmpty())
         return;
     m_text = text;
-    setText(withBreakPlaces(text));
-    setAccessibleName(text);
+    const QString shown = displayText(text);
+    setText(withBreakPlaces(shown));
+    setAccessibleName(shown);
 }
 
 void TextLabel::setSelectable() {
