@@ -39,6 +39,8 @@ protected:
         startSafari();
         ASSERT_TRUE(eventually([this] { return find({"Develop", deviceTitle, "Extensions"}).has_value(); }));
         ASSERT_TRUE(eventually([this] { return pages().size() == 2; }));
+        ASSERT_TRUE(corvanta::testing::waitUntil([this] { return m_platform->accessibility().requestTrust(); }));
+        ASSERT_TRUE(corvanta::testing::waitUntil([this] { return m_driver.developerFeaturesAvailable(); }));
     }
 
     [[nodiscard]] std::vector<SafariTarget> targets() {
@@ -58,7 +60,6 @@ protected:
 };
 
 TEST_F(SafariDriver, FindsThePagesAmongAllElse) {
-    EXPECT_TRUE(corvanta::testing::waitUntil([this] { return m_driver.developerFeaturesAvailable(); }));
     EXPECT_TRUE(hasTargets({u"apple.test"_s, u"shop.test"_s}));
 
     device().open("page://news.test/");
