@@ -132,6 +132,8 @@ private:
     [[nodiscard]] QString status() const;
     [[nodiscard]] bool isAtOutcome() const;
 
+    [[nodiscard]] bool hasFailed() const { return phase() == displayName(WorkspacePhase::failed); }
+
     [[nodiscard]] std::string reported() const { return m_report.lines().join(u'\n').toStdString(); }
 
     [[nodiscard]] static bool isAboutLaunchingTools(Fault fault) {
@@ -203,7 +205,7 @@ void FaultMatrix::TearDown() {
                              HasFailure() ? u"failed"_s : u"passed"_s,
                              QString::number(m_watch.longest().count()),
                              QString::number(m_watch.answers()),
-                             QString::number(m_time.elapsed() / 1000.0, 'f', 1),
+                             QString::number(static_cast<double>(m_time.elapsed()) / 1000, 'f', 1),
                              m_note.isEmpty() ? u"-"_s : m_note};
     file.write(fields.join(u'\t').toUtf8() + '\n');
 }
@@ -386,6 +388,8 @@ void FaultMatrix::reach() {
     const FaultMoment moment = m_row.moment;
     switch (moment) {
     case FaultMoment::setupCheck:
+        runTool(u"open"_s, {u"-g"_s, u"-a"_s, u"Safari"_s});
+        ASSERT_TRUE(eventually([] { return FaultyLab::entriesInMenus(u"Develop"_s) > 0; }));
         // What is wrong with the preferences shows when they are read.
         if (GetParam().fault == Fault::preferencesDamaged || GetParam().fault == Fault::preferencesNewer)
             ASSERT_NO_FATAL_FAILURE(strike());
@@ -430,13 +434,14 @@ void FaultMatrix::reach() {
 }
 
 void FaultMatrix::expectOutcome() {
-    const bool isReached = eventually(
-        [this] {
-            if (m_application.window == 0)
-                keepWatching();
-            return isAtOutcome();
-        },
-        outcomeLimit);
+    const auto looksDone = [this] {
+        if (m_application.window == 0)
+            keepWatching();
+        return isAtOutcome() || hasFailed();
+    };
+    ASSERT_TRUE(eventually(looksDone, outcomeLimit)) << reported();
+    // The text follows the phase.
+    const bool isReached = eventually([this] { return isAtOutcome(); }, restTime);
     ASSERT_TRUE(isReached) << displayName(m_row.phase).toStdString() << ": " << m_row.status.toStdString()
                            << "\nwas expected of\n"
                            << reported();
