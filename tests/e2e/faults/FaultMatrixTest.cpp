@@ -450,8 +450,10 @@ void FaultMatrix::expectOutcome() {
         EXPECT_FALSE(eventually([this] { return !isAtOutcome(); }, restTime)) << reported();
     EXPECT_TRUE(m_corvanta.isRunning());
 
-    // Who has left the accessibility bus does not come back to another one, and a closed window shows nothing.
-    if (GetParam().fault == Fault::accessibilityGone || GetParam().fault == Fault::controlWindowClosed) {
+    // Who has left the accessibility bus does not come back to another one, a closed window shows nothing, and where
+    // the listing behind the check fails, it says so instead.
+    if (GetParam().fault == Fault::accessibilityGone || GetParam().fault == Fault::controlWindowClosed ||
+        (m_row.moment == FaultMoment::setupCheck && hasFailed())) {
         m_note = u"recovery not read"_s;
         return;
     }
