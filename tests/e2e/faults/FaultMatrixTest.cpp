@@ -140,6 +140,11 @@ private:
         return fault == Fault::toolMissing || fault == Fault::toolNotExecutable;
     }
 
+    [[nodiscard]] static bool isAboutTools(Fault fault) {
+        return isAboutLaunchingTools(fault) || fault == Fault::toolFailing || fault == Fault::toolPrintingGarbage ||
+               fault == Fault::toolEndedBySignal || fault == Fault::toolHanging;
+    }
+
     FaultyLab m_lab;
     PacedReport m_report;
     AnswerWatch m_watch;
@@ -453,7 +458,7 @@ void FaultMatrix::expectOutcome() {
     // Who has left the accessibility bus does not come back to another one, a closed window shows nothing, and where
     // the listing behind the check fails, it says so instead.
     if (GetParam().fault == Fault::accessibilityGone || GetParam().fault == Fault::controlWindowClosed ||
-        (m_row.moment == FaultMoment::setupCheck && hasFailed())) {
+        (m_row.moment == FaultMoment::setupCheck && isAboutTools(GetParam().fault))) {
         m_note = u"recovery not read"_s;
         return;
     }
