@@ -65,6 +65,16 @@ TEST(FaultTableReading, SpreadsARowOfEveryMoment) {
     EXPECT_EQ(rows.back().status, u"Workspace running"_s);
 }
 
+TEST(FaultTableReading, TellsWhatIsOtherwiseOnLinux) {
+    const auto rows = testing::parseFaultTable(tableWith(u"| running | Safari hung | running | A | none |\n"
+                                                         "| running | Safari hung (on Linux) | failed | B | none |"_s));
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_FALSE(rows[0].isOnLinux);
+    EXPECT_EQ(rows[1].fault, Fault::safariHung);
+    EXPECT_TRUE(rows[1].isOnLinux);
+    EXPECT_EQ(rows[1].status, u"B"_s);
+}
+
 TEST(FaultTableReading, PutsEachValueInItsPlace) {
     const QHash<QString, QString> values{{u"page"_s, u"A {device}"_s}, {u"device"_s, u"B"_s}};
     EXPECT_EQ(testing::filledText(u"{page} on {device}."_s, values), u"A {device} on B."_s);

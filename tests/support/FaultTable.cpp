@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <set>
+#include <tuple>
 #include <utility>
 
 namespace corvanta::testing {
@@ -19,6 +20,7 @@ const QStringList header{u"During"_s, u"Fault"_s, u"Phase"_s, u"Status"_s, u"Rec
 constexpr auto noText = u"none";
 constexpr auto everyMoment = u"every moment";
 constexpr auto asWithout = u"as without";
+const QString onLinux = u" (on Linux)"_s;
 
 [[noreturn]] void damaged(int line, const QString& complaint) {
     throw FaultTableError(u"line %1: %2"_s.arg(line).arg(complaint).toStdString());
@@ -75,7 +77,8 @@ std::vector<FaultTableRow> rowsOf(const QStringList& cells, int line) {
     FaultTableRow row;
     row.line = line;
     row.moment = named<FaultMoment>(allFaultMoments, cells[0], line);
-    row.fault = named<Fault>(allFaults, cells[1], line);
+    row.isOnLinux = cells[1].endsWith(onLinux);
+    row.fault = named<Fault>(allFaults, row.isOnLinux ? cells[1].chopped(onLinux.size()) : cells[1], line);
     const auto phase = workspacePhaseFromRawValue(cells[2]);
     if (!phase)
         damaged(line, u"unknown phase \"%1\""_s.arg(cells[2]));
@@ -207,7 +210,7 @@ void PrintTo(const FaultTableRow& row, std::ostream* stream) {
 
 std::vector<FaultTableRow> parseFaultTable(const QString& text) {
     std::vector<FaultTableRow> rows;
-    std::set<std::pair<FaultMoment, Fault>> seen;
+    std::set<std::tuple<FaultMoment, Fault, bool>> seen;
     int line = 0;
     int lineInTable = 0;
     for (const QString& content : text.split(u'\n')) {
@@ -226,7 +229,7 @@ std::vector<FaultTableRow> parseFaultTable(const QString& text) {
                 damaged(line, u"dashes belong between the header and the rows"_s);
         } else {
             for (const FaultTableRow& row : rowsOf(cells, line)) {
-                if (!seen.insert({row.moment, row.fault}).second)
+                if (!seen.insert({row.moment, row.fault, row.isOnLinux}).second)
                     damaged(line, u"\"%1\" × \"%2\" has been there before"_s.arg(tableName(row.moment), cells[1]));
                 rows.push_back(row);
             }

@@ -107,6 +107,8 @@ struct FaultTableRow {
     /// With placeholders in braces, see `filledText`.
     QString status;
     std::optional<QString> recovery;
+    /// Whether this is what a Linux desktop makes of it, where that differs from the row of the same name.
+    bool isOnLinux = false;
     /// Counted from 1.
     int line = 0;
 
@@ -123,10 +125,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Every row of the Markdown tables in `text`, in their order. A row of "every moment" with the outcome "as without"
-/// stands for a row of each moment, with the outcome that there is without a fault. Throws FaultTableError for a line
-/// of a table that is not understood whole: another number of columns, an unknown name, a missing text, a cell that has
-/// been there before.
+/// Every row of the Markdown tables in `text`, in their order. Behind a fault's name may stand "(on Linux)". A row of
+/// "every moment" with the outcome "as without" stands for a row of each moment, with the outcome that there is without
+/// a fault. Throws FaultTableError for a line of a table that is not understood whole: another number of columns, an
+/// unknown name, a missing text, a cell that has been there before.
 [[nodiscard]] std::vector<FaultTableRow> parseFaultTable(const QString& text);
 
 /// The same of a file. Throws FaultTableError also when there is none, or no row in it.

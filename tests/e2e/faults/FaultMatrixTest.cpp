@@ -36,9 +36,16 @@ constexpr auto outcomeLimit = 75s;
 /// Longer than a look of the watch over the menu takes to come round.
 constexpr auto restTime = 2500ms;
 
+/// With what holds on Linux in the place of what holds elsewhere.
 std::vector<FaultTableRow> allRows() {
     try {
-        return readFaultTable(QString::fromUtf8(tablePath));
+        auto rows = readFaultTable(QString::fromUtf8(tablePath));
+        std::erase_if(rows, [all = rows](const FaultTableRow& row) {
+            return !row.isOnLinux && std::ranges::any_of(all, [&row](const FaultTableRow& other) {
+                return other.isOnLinux && other.moment == row.moment && other.fault == row.fault;
+            });
+        });
+        return rows;
     } catch (const FaultTableError&) { // A test of its own complains about it.
         return {};
     }
@@ -103,6 +110,7 @@ protected:
     void expectAnswers() const;
 
 private:
+    void startUntilRunning();
     void launchInto(FaultMoment moment);
     void launchRunning();
     void reachInStart(FaultMoment moment);
@@ -132,10 +140,17 @@ private:
     [[nodiscard]] QString status() const;
     [[nodiscard]] bool isAtOutcome() const;
 
+    [[nodiscard]] bool hasFailed() const { return phase() == displayName(WorkspacePhase::failed); }
+
     [[nodiscard]] std::string reported() const { return m_report.lines().join(u'\n').toStdString(); }
 
     [[nodiscard]] static bool isAboutLaunchingTools(Fault fault) {
         return fault == Fault::toolMissing || fault == Fault::toolNotExecutable;
+    }
+
+    [[nodiscard]] static bool isAboutTools(Fault fault) {
+        return isAboutLaunchingTools(fault) || fault == Fault::toolFailing || fault == Fault::toolPrintingGarbage ||
+               fault == Fault::toolEndedBySignal || fault == Fault::toolHanging;
     }
 
     FaultyLab m_lab;
@@ -203,7 +218,7 @@ void FaultMatrix::TearDown() {
                              HasFailure() ? u"failed"_s : u"passed"_s,
                              QString::number(m_watch.longest().count()),
                              QString::number(m_watch.answers()),
-                             QString::number(m_time.elapsed() / 1000.0, 'f', 1),
+                             QString::number(static_cast<double>(m_time.elapsed()) / 1000, 'f', 1),
                              m_note.isEmpty() ? u"-"_s : m_note};
     file.write(fields.join(u'\t').toUtf8() + '\n');
 }
@@ -386,6 +401,8 @@ void FaultMatrix::reach() {
     const FaultMoment moment = m_row.moment;
     switch (moment) {
     case FaultMoment::setupCheck:
+        runTool(u"open"_s, {u"-g"_s, u"-a"_s, u"Safari"_s});
+        ASSERT_TRUE(eventually([] { return FaultyLab::entriesInMenus(u"Develop"_s) > 0; }));
         // What is wrong with the preferences shows when they are read.
         if (GetParam().fault == Fault::preferencesDamaged || GetParam().fault == Fault::preferencesNewer)
             ASSERT_NO_FATAL_FAILURE(strike());
@@ -430,13 +447,14 @@ void FaultMatrix::reach() {
 }
 
 void FaultMatrix::expectOutcome() {
-    const bool isReached = eventually(
-        [this] {
-            if (m_application.window == 0)
-                keepWatching();
-            return isAtOutcome();
-        },
-        outcomeLimit);
+    const auto looksDone = [this] {
+        if (m_application.window == 0)
+            keepWatching();
+        return isAtOutcome() || hasFailed();
+    };
+    ASSERT_TRUE(eventually(looksDone, outcomeLimit)) << reported();
+    // The text follows the phase.
+    const bool isReached = eventually([this] { return isAtOutcome(); }, restTime);
     ASSERT_TRUE(isReached) << displayName(m_row.phase).toStdString() << ": " << m_row.status.toStdString()
                            << "\nwas expected of\n"
                            << reported();
@@ -445,8 +463,10 @@ void FaultMatrix::expectOutcome() {
         EXPECT_FALSE(eventually([this] { return !isAtOutcome(); }, restTime)) << reported();
     EXPECT_TRUE(m_corvanta.isRunning());
 
-    // Who has left the accessibility bus does not come back to another one, and a closed window shows nothing.
-    if (GetParam().fault == Fault::accessibilityGone || GetParam().fault == Fault::controlWindowClosed) {
+    // Who has left the accessibility bus does not come back to another one, a closed window shows nothing, and where
+    // the listing behind the check fails, it says so instead.
+    if (GetParam().fault == Fault::accessibilityGone || GetParam().fault == Fault::controlWindowClosed ||
+        (m_row.moment == FaultMoment::setupCheck && isAboutTools(GetParam().fault))) {
         m_note = u"recovery not read"_s;
         return;
     }
@@ -463,6 +483,24 @@ void FaultMatrix::expectOutcome() {
     EXPECT_TRUE(eventually([&] { return shown() == expected; }, 10s))
         << shown().join(u'\n').toStdString() << "\nis shown instead of\n"
         << expected.join(u'\n').toStdString();
+}
+
+void FaultMatrix::startUntilRunning() {
+    // Corvanta waits only so long for an inspector, and a busy machine may need longer for one.
+    constexpr int mostStarts = 3;
+    for (int start = 1; start <= mostStarts; ++start) {
+        const qsizetype before = m_report.lines().size();
+        const auto isSaid = [&](const QString& line) { return isReported(line, before); };
+        ASSERT_TRUE(eventually([this] { return m_tray.choose(u"Start Workspace"_s); }))
+            << m_tray.menu().join(u'\n').toStdString();
+        ASSERT_TRUE(
+            eventually([&] { return isSaid(u"  Workspace running"_s) || isSaid(displayName(WorkspacePhase::failed)); },
+                       startLimit))
+            << reported();
+        if (isSaid(u"  Workspace running"_s))
+            return;
+        m_note = u"start %1 failed"_s.arg(start);
+    }
 }
 
 void FaultMatrix::startAfresh() {
@@ -483,11 +521,8 @@ void FaultMatrix::startAfresh() {
         ASSERT_TRUE(eventually([&] { return isReported(u"  Ready"_s, before); })) << reported();
         keepWatching();
     }
-    const qsizetype before = m_report.lines().size();
-    ASSERT_TRUE(eventually([this] { return m_tray.choose(u"Start Workspace"_s); }))
-        << m_tray.menu().join(u'\n').toStdString();
-    EXPECT_TRUE(eventually([&] { return isReported(u"  Workspace running"_s, before); }, startLimit)) << reported();
-    EXPECT_EQ(phase(), displayName(WorkspacePhase::running));
+    startUntilRunning();
+    EXPECT_EQ(phase(), displayName(WorkspacePhase::running)) << reported();
 }
 
 void FaultMatrix::expectAnswers() const {

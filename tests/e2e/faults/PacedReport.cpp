@@ -112,23 +112,30 @@ void PacedReport::take() const {
     check(::read(m_pipe[0], packet.data(), packet.size()) > 0, "read");
 }
 
+void PacedReport::note(const QString& line) {
+    std::unique_lock lock(m_mutex);
+    m_lines.append(line);
+    if (!m_stopBeginning || !line.startsWith(*m_stopBeginning))
+        return;
+    m_stopBeginning.reset();
+    m_isLeft = true;
+    m_changed.wait(lock, [this] { return !m_isLeft || m_isEnding; });
+    m_isLeft = false;
+}
+
 void PacedReport::read() {
     while (true) {
         std::array<pollfd, 2> waited{pollfd{m_pipe[0], POLLIN, 0}, pollfd{m_wakeUp, POLLIN, 0}};
         ::poll(waited.data(), waited.size(), -1);
-        std::unique_lock lock(m_mutex);
-        if (m_isEnding)
-            return;
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_isEnding)
+                return;
+        }
         const auto line = peek();
         if (!line)
             continue;
-        m_lines.append(*line);
-        if (m_stopBeginning && line->startsWith(*m_stopBeginning)) {
-            m_stopBeginning.reset();
-            m_isLeft = true;
-            m_changed.wait(lock, [this] { return !m_isLeft || m_isEnding; });
-            m_isLeft = false;
-        }
+        note(*line);
         take();
     }
 }

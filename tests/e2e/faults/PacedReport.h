@@ -39,6 +39,8 @@ public:
 
 private:
     void read();
+    /// Keeps a line, and where it is one to stop after, waits until the program may go on.
+    void note(const QString& line);
     /// The line that is in the pipe, which stays there.
     [[nodiscard]] std::optional<QString> peek() const;
     void take() const;

@@ -4,6 +4,7 @@
 #include "Residue.h"
 #include "TrayHost.h"
 #include "WorkspaceEndToEnd.h"
+#include "workspace/WorkspacePhase.h"
 
 #include <QFile>
 #include <QProcess>
@@ -27,15 +28,34 @@ protected:
 
     /// Starts a workspace on a device that is off, stops it, and switches the device off.
     void runRound() {
+        ASSERT_NO_FATAL_FAILURE(startUntilRunning());
         const qsizetype before = m_report.lines().size();
-        const auto isReported = [&](const QString& line) { return m_report.lines().indexOf(line, before) >= 0; };
-        ASSERT_TRUE(eventually([this] { return m_tray.choose(u"Start Workspace"_s); }));
-        ASSERT_TRUE(eventually([&] { return isReported(u"  Workspace running"_s); }, startLimit))
-            << m_report.lines().mid(before).join(u'\n').toStdString();
         ASSERT_TRUE(eventually([this] { return m_tray.choose(u"Stop Workspace"_s); }));
-        ASSERT_TRUE(eventually([&] { return isReported(u"  Stopped; external apps were left running"_s); }));
+        ASSERT_TRUE(eventually([&] { return isSaid(u"  Stopped; external apps were left running"_s, before); }));
         runTool(u"xcrun"_s, {u"simctl"_s, u"shutdown"_s, u"all"_s});
         ASSERT_TRUE(eventually([this] { return inspectorWindows().empty() && !m_windows.window(u"iP"_s); }));
+    }
+
+    void startUntilRunning() {
+        // Corvanta waits only so long for an inspector, and a busy machine may need longer for one.
+        constexpr int mostStarts = 3;
+        for (int start = 0; start < mostStarts; ++start) {
+            const qsizetype before = m_report.lines().size();
+            ASSERT_TRUE(eventually([this] { return m_tray.choose(u"Start Workspace"_s); }));
+            ASSERT_TRUE(eventually(
+                [&] {
+                    return isSaid(u"  Workspace running"_s, before) ||
+                           isSaid(displayName(WorkspacePhase::failed), before);
+                },
+                startLimit));
+            if (isSaid(u"  Workspace running"_s, before))
+                return;
+        }
+        FAIL() << m_report.lines().join(u'\n').toStdString();
+    }
+
+    [[nodiscard]] bool isSaid(const QString& line, qsizetype from) const {
+        return m_report.lines().indexOf(line, from) >= 0;
     }
 
     /// What is there once everything that was ended has gone.
@@ -80,10 +100,8 @@ TEST_F(StartStopRounds, LeaveNothingBehind) {
     const int rounds = std::max(1, qEnvironmentVariableIntValue("CORVANTA_ROUNDS"));
     m_corvanta.start({u"--url"_s, m_site.address(), u"--device"_s, u"iPhone 16 Pro"_s, u"--start"_s},
                      m_report.writingEnd());
-    ASSERT_TRUE(eventually([this] { return m_report.lines().contains(u"  Workspace running"_s); }, startLimit));
+    ASSERT_TRUE(eventually([this] { return isSaid(u"  Workspace running"_s, 0); }, startLimit));
     ASSERT_TRUE(eventually([this] { return m_tray.choose(u"Stop Workspace"_s); }));
-    runTool(u"xcrun"_s, {u"simctl"_s, u"shutdown"_s, u"all"_s});
-    ASSERT_TRUE(eventually([this] { return inspectorWindows().empty() && !m_windows.window(u"iP"_s); }));
     // What is loaded and kept with the first uses is not growth.
     for (int round = 0; round < std::min(rounds, 10); ++round)
         ASSERT_NO_FATAL_FAILURE(runRound());
