@@ -128,7 +128,7 @@ TEST_P(HostileText, IsShownInATooltip) {
 }
 
 TEST_P(HostileText, IsShownInAnAlertAboutUpdates) {
-    UpdateAlertDialog dialog({.title = u"Update"_s, .message = text(), .buttons = {}});
+    UpdateAlertDialog dialog({.title = u"Update"_s, .message = text(), .buttons = {}}, nullptr);
     dialog.show();
     settle();
     const auto* const message = dialog.findChild<QPlainTextEdit*>();
