@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "FakeError.h"
+#include "OffscreenWindows.h"
 #include "WindowViewTest.h"
 #include "shell/UpdateAlertDialog.h"
 #include "updates/UpdateAlert.h"
@@ -128,6 +129,7 @@ TEST_P(HostileText, IsShownInATooltip) {
 }
 
 TEST_P(HostileText, IsShownInAnAlertAboutUpdates) {
+    const testing::OffscreenWindows offscreenWindows;
     UpdateAlertDialog dialog({.title = u"Update"_s, .message = text(), .buttons = {}}, nullptr);
     dialog.show();
     settle();
