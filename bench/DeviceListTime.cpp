@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How long the simulator tool's list of devices takes to read and to order, beside jq's parser and simdjson's on the
-// same bytes, which only read it. Exits with 1 when a goal is missed.
+// same bytes, which only read it. Times are those that the thread used. Exits with 1 when a goal is missed.
 #include "simulator/SimulatorDeviceParser.h"
 #include "support/Measuring.h"
 

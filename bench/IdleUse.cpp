@@ -120,7 +120,7 @@ int main(int argc, char** argv) {
     const Child corvanta = start({CORVANTA_PROGRAM, "--url", address, "--device", "iPhone 16 Pro", "--start"});
     (void)readUntil(corvanta, "Workspace running");
 
-    std::printf("%8s %12s %14s %12s %12s\n", "minutes", "cpu %", "wake-ups / s", "PSS KiB", "private KiB");
+    std::printf("%8s %12s %14s %12s %12s\n", "minutes", "cpu %", "wake-ups / s", "PSS KiB", "own KiB");
     const SteadyTime begin = std::chrono::steady_clock::now();
     const auto now = [&begin] { return millisecondsSince(begin) / 60'000; };
     Look last{now(), ProcessFigures::of(corvanta.process)};
@@ -138,7 +138,7 @@ int main(int argc, char** argv) {
             std::printf("%8.1f %12.3f %14.1f %12ld %12ld\n", look.minutes,
                         (look.figures.processorMilliseconds - last.figures.processorMilliseconds) / seconds / 10,
                         static_cast<double>(look.figures.sleeps - last.figures.sleeps) / seconds,
-                        look.figures.proportionalKilobytes, look.figures.privateKilobytes);
+                        look.figures.proportionalKilobytes, look.figures.anonymousKilobytes);
             last = look;
             nextRow = std::floor(look.minutes) + 1;
         }

@@ -285,7 +285,8 @@ int main(int argc, char** argv) {
     const double exponent = growthExponent(growth);
     const bool isLinear = exponent <= goalExponent;
     const bool isShort = longestHold <= goalHold;
-    const bool isBounded = hangHold <= goalHang + hangSlack;
+    // A look that did not wait at all has found nothing to wait for.
+    const bool isBounded = hangHold > 0.1 && hangHold <= goalHang + hangSlack;
     std::printf("\nat least %.0f times as fast at %d pages: %s\n", goalRatio, goalPages, verdict(isQuick));
     std::printf("grows with the pages to the power of %.2f, at most %.1f: %s\n", exponent, goalExponent,
                 verdict(isLinear));

@@ -26,7 +26,7 @@ constexpr int signSide = 36;
 constexpr int textWidth = 340;
 constexpr int maxMessageLines = 14;
 /// More than a person reads in an alert.
-constexpr qsizetype longestMessage = 20'000;
+constexpr qsizetype mostLines = 30'000;
 /// Between the frame of a message that scrolls and its text.
 constexpr int framePadding = 8;
 
@@ -42,6 +42,15 @@ int heightOf(const QString& text, const QFont& font) {
     document.setTextWidth(textWidth);
     // The view that shows it counts a last line that ends with it as one that is cut.
     return static_cast<int>(std::ceil(document.size().height())) + 1;
+}
+
+/// Without lines that would take seconds to lay out.
+QString readable(const QString& message) {
+    QStringList lines = message.split(u'\n');
+    lines = lines.first(std::min(lines.size(), mostLines));
+    for (QString& line : lines)
+        line = displayText(line);
+    return lines.join(u'\n');
 }
 
 } // namespace
@@ -96,7 +105,7 @@ QWidget* UpdateAlertDialog::makeMessage(const QString& message) {
     auto* const bar = new QScrollBar(Qt::Vertical);
     bar->setObjectName(u"overlay"_s);
     view->setVerticalScrollBar(bar);
-    view->setPlainText(displayText(message, longestMessage));
+    view->setPlainText(readable(message));
     view->setFixedSize(textWidth, isScrolled ? most + 2 * framePadding : needed);
     view->setFocusPolicy(isScrolled ? Qt::StrongFocus : Qt::ClickFocus);
     return view;

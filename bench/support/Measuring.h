@@ -5,6 +5,8 @@
 #include <chrono>
 #include <cmath>
 #include <cstddef>
+#include <ctime>
+#include <utility>
 #include <vector>
 
 namespace corvanta::bench {
@@ -17,6 +19,13 @@ inline double millisecondsBetween(SteadyTime start, SteadyTime end) {
 
 inline double millisecondsSince(SteadyTime start) {
     return millisecondsBetween(start, std::chrono::steady_clock::now());
+}
+
+/// What this thread has used so far, so that whatever else the machine does is not counted.
+inline double usedMilliseconds() {
+    timespec used{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+    return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
 }
 
 /// The value below which that part of the others lies; `values` must not be empty.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "SettingsPreferencesStore.h"
 
+#include <QFile>
 #include <QVariant>
 
 namespace corvanta {
@@ -18,6 +19,8 @@ std::optional<QByteArray> SettingsPreferencesStore::data(const QString& key) con
 void SettingsPreferencesStore::setData(const QString& key, const QByteArray& value) {
     m_settings.setValue(key, value);
     m_settings.sync();
+    // A new file is everybody's to read; what replaces it later takes its permissions.
+    QFile::setPermissions(m_settings.fileName(), QFile::ReadOwner | QFile::WriteOwner);
 }
 
 } // namespace corvanta

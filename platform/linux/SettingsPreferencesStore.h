@@ -7,7 +7,8 @@
 
 namespace corvanta {
 
-/// Data values in the user's settings file, which is replaced as a whole and locked against a second writer.
+/// Data values in the user's settings file, which is replaced as a whole, locked against a second writer, and for the
+/// user alone to read.
 class SettingsPreferencesStore final : public PreferencesStore {
 public:
     /// The file of the organisation and application that the process has named.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "TaskWaiting.h"
 #include "WindowSectionTest.h"
 #include "window/Appearance.h"
 #include "window/WorkspaceView.h"
@@ -27,9 +28,12 @@ protected:
     void showView(QSize size = {430, 860}) {
         m_view = std::make_unique<WorkspaceView>(context(), [](QWidget*) {});
         m_view->resize(size);
+        map = nullptr;
         m_view->show();
         QApplication::setActiveWindow(m_view.get());
         settle();
+        // It comes a moment after the rest.
+        EXPECT_TRUE(testing::waitUntil([this] { return map != nullptr; }));
     }
 
     void resizeView(QSize size) {

@@ -19,7 +19,7 @@
 namespace {
 
 constexpr unsigned seed = 2'026;
-constexpr int mostChanged = 400;
+constexpr int mostChanged = 20'000;
 /// A reader with large inputs gets fewer of them; the whole has to stay a matter of seconds.
 constexpr qint64 changingTime = 1'500;
 /// Far more than the slowest reader needs for the largest seed, and far less than one that never ends.

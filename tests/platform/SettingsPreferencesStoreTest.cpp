@@ -33,6 +33,15 @@ TEST_F(SettingsPreferences, IsWrittenAtOnce) {
     EXPECT_EQ(SettingsPreferencesStore(path).data(u"favoriteLocations"_s), QByteArray("[]"));
 }
 
+TEST_F(SettingsPreferences, IsForItsUserAlone) {
+    SettingsPreferencesStore store(path);
+    for (const char* const value : {"first", "second"}) {
+        store.setData(u"workspaceProfile"_s, value);
+        EXPECT_EQ(QFile::permissions(path) & ~(QFile::ReadUser | QFile::WriteUser),
+                  QFile::ReadOwner | QFile::WriteOwner);
+    }
+}
+
 TEST_F(SettingsPreferences, ReplacesAnEarlierValue) {
     SettingsPreferencesStore store(path);
     store.setData(u"key"_s, "first");

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "window/widgets/AccessibleRoles.h"
 
+#include "window/DisplayText.h"
+
 #include <QAccessibleWidget>
 #include <QVariant>
 #include <QWidget>
@@ -35,11 +37,12 @@ void setAnnouncing(Announcing means) {
 }
 
 void announce(QWidget& widget, const QString& text) {
-    if (widget.accessibleName() == text)
+    const QString shown = displayText(text);
+    if (widget.accessibleName() == shown)
         return;
-    widget.setAccessibleName(text);
-    if (announcing && QAccessible::isActive() && !text.isEmpty())
-        announcing(widget, text);
+    widget.setAccessibleName(shown);
+    if (announcing && QAccessible::isActive() && !shown.isEmpty())
+        announcing(widget, shown);
 }
 
 } // namespace corvanta
