@@ -125,10 +125,11 @@ void SheetLayer::press(std::size_t button) {
     Sheet sheet = std::move(m_sheets.front());
     m_sheets.pop_front();
     const QString text = m_entry == nullptr ? QString() : QString::fromUtf8(gtk_entry_get_text(GTK_ENTRY(m_entry)));
-    present();
+    // Before the next sheet, as the answer may lie in what this one holds.
     if (sheet.buttons[button].pressed) {
         sheet.buttons[button].pressed(text);
     }
+    present();
     g_clear_object(&sheet.content);
 }
 

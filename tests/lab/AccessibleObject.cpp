@@ -15,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr auto objectInterface = "org.a11y.atspi.Accessible"_L1;
-constexpr int answerLimit = 5000;
+constexpr int answerLimit = 1000;
 
 QDBusConnection accessibilityBus() {
     static const QDBusConnection bus = [] {
@@ -97,8 +97,10 @@ bool AccessibleObject::press() const {
     return ask(*this, u"org.a11y.atspi.Action"_s, u"DoAction"_s, {0}).value(0).toBool();
 }
 
-bool AccessibleObject::setText(const QString& text) const {
-    return ask(*this, u"org.a11y.atspi.EditableText"_s, u"SetTextContents"_s, {text}).value(0).toBool();
+void AccessibleObject::pressAndGoOn() const {
+    QDBusMessage call = QDBusMessage::createMethodCall(owner, path, u"org.a11y.atspi.Action"_s, u"DoAction"_s);
+    call.setArguments({0});
+    accessibilityBus().send(call);
 }
 
 std::optional<AccessibleObject> AccessibleObject::find(const std::function<bool(const AccessibleObject&)>& isWanted,
@@ -106,19 +108,17 @@ std::optional<AccessibleObject> AccessibleObject::find(const std::function<bool(
     if (depth == 0) {
         return std::nullopt;
     }
-    for (const AccessibleObject& child : children()) {
-        if (isWanted(child)) {
-            return child;
+    // What lies on top first: a page below that waits for an answer does not answer itself.
+    const QList<AccessibleObject> all = children();
+    for (auto child = all.crbegin(); child != all.crend(); ++child) {
+        if (isWanted(*child)) {
+            return *child;
         }
-        if (auto found = child.find(isWanted, depth - 1)) {
+        if (auto found = child->find(isWanted, depth - 1)) {
             return found;
         }
     }
     return std::nullopt;
-}
-
-std::optional<AccessibleObject> AccessibleObject::findShown(const QString& name) const {
-    return find([&](const AccessibleObject& object) { return object.name() == name && object.isShowing(); });
 }
 
 QList<AccessibleObject> AccessibleObject::windows(const QString& program) {

@@ -28,15 +28,12 @@ struct AccessibleObject {
     /// Does the object's first action, as a click does; false when it has none.
     bool press() const;
 
-    /// Replaces the text of an entry.
-    bool setText(const QString& text) const;
+    /// The same without waiting for its end, for a button whose press asks something.
+    void pressAndGoOn() const;
 
-    /// The first object below this one that is as wanted, at most that many levels down.
+    /// An object below this one that is as wanted, at most that many levels down; the one that lies on top.
     [[nodiscard]] std::optional<AccessibleObject> find(const std::function<bool(const AccessibleObject&)>& isWanted,
                                                        int depth = 24) const;
-
-    /// The first object below this one with that name that is on the screen.
-    [[nodiscard]] std::optional<AccessibleObject> findShown(const QString& name) const;
 
     /// The windows of every program that is known by that name.
     [[nodiscard]] static QList<AccessibleObject> windows(const QString& program);

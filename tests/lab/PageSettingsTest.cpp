@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // What pages see of the settings that a person makes on the device.
 #include "LabDesktop.h"
+#include "LabFolders.h"
 
+#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -92,6 +94,22 @@ TEST_F(PageSettings, MoreContrastIsSeenInBothAppearances) {
     shows(false, u"dark"_s);
     set(u"appearance"_s, u"light"_s);
     shows(false, u"light"_s);
+}
+
+TEST_F(PageSettings, ReducedMotionIsKeptWithTheDevice) {
+    const auto reducedMotion = [&](const QString& page) {
+        simctl({u"openurl"_s, m_udid, server.url(page)});
+        EXPECT_TRUE(waitFor([&] { return !server.last(page).isEmpty(); }));
+        return server.last(page)[u"reducedMotion"].toBool();
+    };
+    EXPECT_FALSE(reducedMotion(u"measure"_s));
+    EXPECT_EQ(simctl({u"shutdown"_s, m_udid}).status, 0);
+    QFile settings(lab::deviceSetFolder() + u'/' + m_udid + u"/settings.json"_s);
+    ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
+    settings.write(R"({"ui": {"reduceMotion": true}})");
+    settings.close();
+    EXPECT_EQ(simctl({u"bootstatus"_s, m_udid, u"-b"_s}).status, 0);
+    EXPECT_TRUE(reducedMotion(u"measure-again"_s));
 }
 
 } // namespace
