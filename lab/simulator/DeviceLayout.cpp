@@ -75,6 +75,11 @@ double pageZoom(int width, int viewportWidth) {
     return width == viewportWidth ? 1 : width / (viewportWidth + roundingGuard);
 }
 
+int DeviceLayout::sideAtFullSize(const DeviceType& type) {
+    const QRectF body = QRectF(QPointF(), type.screen).marginsAdded(border(type, Orientation::portrait));
+    return static_cast<int>(std::ceil(std::max(body.width(), body.height()) + 2 * surround));
+}
+
 DeviceLayout DeviceLayout::fit(const DeviceType& type, QSize area, Orientation orientation, ViewportFit viewport) {
     const ScreenFigures figures = ScreenFigures::of(type, orientation, viewport);
     const QMarginsF margins = border(type, orientation);

@@ -29,6 +29,9 @@ struct DeviceLayout {
                                           Orientation orientation = Orientation::portrait,
                                           ViewportFit viewport = ViewportFit::automatic);
 
+    /// The side of the square in which the device has a zoom of 1, however it is held.
+    [[nodiscard]] static int sideAtFullSize(const DeviceType& type);
+
     bool operator==(const DeviceLayout&) const = default;
 };
 

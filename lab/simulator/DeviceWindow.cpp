@@ -56,13 +56,12 @@ DeviceWindow::DeviceWindow(const DeviceType& type, const Runtime& runtime, const
     makePages(runtime);
     makeLayers();
 
-    const QSize full = type.screen + fullSizeExtra;
     m_hidden = gtk_offscreen_window_new();
     // It is nobody's window: tools that list windows must not meet it.
     atk_object_set_role(gtk_widget_get_accessible(m_hidden), ATK_ROLE_REDUNDANT_OBJECT);
     // Asked for, as an offscreen window forgets its default size, and with room for the device on its side: in a small
     // window the engine would not draw a page's text as small as it is on the device.
-    const int side = std::max(full.width(), full.height());
+    const int side = DeviceLayout::sideAtFullSize(type);
     gtk_widget_set_size_request(m_hidden, side, side);
     followSize({side, side});
     moveContentTo(m_hidden);

@@ -58,6 +58,14 @@ TEST(DeviceLayout, GivesEveryModelExactlyItsViewportAtEverySize) {
     }
 }
 
+TEST(DeviceLayout, HasNoZoomAtFullSizeHoweverItIsHeld) {
+    for (const DeviceType& type : deviceTypes()) {
+        const int side = DeviceLayout::sideAtFullSize(type);
+        for (const auto& [orientation, fit] : ways)
+            EXPECT_EQ(DeviceLayout::fit(type, {side, side}, orientation, fit).zoom, 1) << type.name.toStdString();
+    }
+}
+
 TEST(DeviceLayout, KeepsEverythingInsideTheWindow) {
     for (const QSize size : windowSizes()) {
         const QRectF area(QPointF(0, 0), QSizeF(size));
