@@ -149,7 +149,7 @@ TEST_F(DeviceControl, PagesAreToldNoLocationWithoutPermission) {
     EXPECT_EQ(simctl({u"privacy"_s, udid, u"revoke"_s, u"location"_s, u"com.apple.mobilesafari"_s}).status, 0);
     open(u"located-refused"_s);
     EXPECT_TRUE(eventually([&] { return server.last(u"located-refused"_s)[u"geo"].toString() == u"error 1"; }));
-    EXPECT_EQ(simctl({u"privacy"_s, udid, u"reset"_s, u"location"_s, u"com.apple.mobilesafari"_s}).status, 0);
+    EXPECT_EQ(simctl({u"privacy"_s, udid, u"grant"_s, u"location"_s, u"com.apple.mobilesafari"_s}).status, 0);
     open(u"located-allowed"_s);
     EXPECT_TRUE(eventually([&] { return server.last(u"located-allowed"_s)[u"geo"].toString() == u"5,6"; }));
 }

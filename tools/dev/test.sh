@@ -13,7 +13,8 @@ usage: ./dev test [--preset dev|release|asan] [--unit] [arguments of ctest]
 
 Installs what is missing, builds, and runs all tests: unit tests, and tests on virtual desktops of their own, which show
 nothing on your screen. --unit runs the unit tests alone.
-Examples of further arguments: -R URLNormalizer   -L desktop   --rerun-failed   --repeat until-fail:5
+Examples of further arguments: -R EndToEnd   -L desktop   --rerun-failed   --repeat until-fail:5
+GTEST_FILTER chooses single tests of all programs, as in GTEST_FILTER='URLNormalizer.*' ./dev test --unit
 TEXT
         return
         ;;

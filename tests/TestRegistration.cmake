@@ -36,3 +36,28 @@ function(corvanta_add_desktop_tests name program)
     set_tests_properties("${test}" PROPERTIES LABELS desktop TIMEOUT ${timeout} COST 10 ENVIRONMENT "${share}")
   endforeach()
 endfunction()
+
+# corvanta_add_unit_tests(NAME PROGRAM [SHARDS COUNT] [ENVIRONMENT VARIABLE=VALUE...])
+#
+# Registers a test program that needs no windows, likewise. A process for each of some thousand tests would take longer to
+# start than most of them take; a few shares of each program keep all processors busy. GTEST_FILTER names single tests.
+function(corvanta_add_unit_tests name program)
+  cmake_parse_arguments(PARSE_ARGV 2 unit "" "SHARDS" "ENVIRONMENT")
+  if(unit_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "corvanta_add_unit_tests(${name}) does not know ${unit_UNPARSED_ARGUMENTS}")
+  endif()
+  if(NOT unit_SHARDS)
+    set(unit_SHARDS 1)
+  endif()
+  foreach(shard RANGE 1 ${unit_SHARDS})
+    if(unit_SHARDS EQUAL 1)
+      set(test "${name}")
+    else()
+      set(test "${name}.${shard}")
+    endif()
+    math(EXPR index "${shard} - 1")
+    add_test(NAME "${test}" COMMAND ${program})
+    set_tests_properties("${test}" PROPERTIES LABELS unit TIMEOUT 300
+      ENVIRONMENT "GTEST_TOTAL_SHARDS=${unit_SHARDS};GTEST_SHARD_INDEX=${index};${unit_ENVIRONMENT}")
+  endforeach()
+endfunction()
