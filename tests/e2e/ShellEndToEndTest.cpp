@@ -77,8 +77,7 @@ TEST_F(ShellEndToEnd, OpensItsWindowWhereItWas) {
     ASSERT_TRUE(m_corvanta.choose(u"Quit Corvanta"_s));
     ASSERT_EQ(m_corvanta.exitCode(), 0);
     launch({});
-    EXPECT_TRUE(eventually([&] { return hasFrame(u"Corvanta"_s, place); }))
-        << hasFrame(u"Corvanta"_s, place).message();
+    EXPECT_TRUE(eventually([&] { return hasFrame(u"Corvanta"_s, place); })) << hasFrame(u"Corvanta"_s, place).message();
 }
 
 TEST_F(ShellEndToEnd, HandsASecondStartToTheFirst) {
