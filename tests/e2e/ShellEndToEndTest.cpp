@@ -72,7 +72,9 @@ TEST_F(ShellEndToEnd, OutlivesItsWindowWhereThereIsATray) {
 TEST_F(ShellEndToEnd, OpensItsWindowWhereItWas) {
     launch({});
     const QRect place(180, 70, 410, 720);
-    m_windows.place(m_windows.window(u"Corvanta"_s)->id, place);
+    const auto window = m_windows.window(u"Corvanta"_s);
+    ASSERT_TRUE(window);
+    m_windows.place(window->id, place);
     ASSERT_TRUE(eventually([&] { return hasFrame(u"Corvanta"_s, place); }));
     ASSERT_TRUE(m_corvanta.choose(u"Quit Corvanta"_s));
     ASSERT_EQ(m_corvanta.exitCode(), 0);

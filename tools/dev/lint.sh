@@ -71,12 +71,12 @@ changed_sources() {
 # Each header is compiled by itself, with the flags of the nearest source that the build compiles.
 # Those for macOS have a check of their own, tests/macos/check.py.
 check_headers() {
-  printf '%s\n' "$1" | grep '\.h$' | grep -v -e '^platform/macos/' -e '^tests/macos/' | xargs -r -d '\n' -n 1 -P "$(nproc)" tools/check-header build/dev
+  printf '%s\n' "$1" | { grep '\.h$' | grep -v -e '^platform/macos/' -e '^tests/macos/' || true; } | xargs -r -d '\n' -n 1 -P "$(nproc)" tools/check-header build/dev
 }
 
 check_tidy() {
   local known
   known=$(sed -n "s|^ *\"file\": \"$CORVANTA_ROOT/\(.*\)\".*|\1|p" build/dev/compile_commands.json)
-  printf '%s\n' "$1" | grep '\.cpp$' | grep -xF -f <(printf '%s\n' "$known") |
+  printf '%s\n' "$1" | { grep '\.cpp$' | grep -xF -f <(printf '%s\n' "$known") || true; } |
     xargs -r -d '\n' -n 1 -P "$(nproc)" clang-tidy-19 --quiet -p build/dev 2> >(grep -vE 'warnings? (generated|treated)|^Suppressed|^Use -' >&2)
 }
