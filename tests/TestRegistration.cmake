@@ -1,5 +1,17 @@
 # SPDX-License-Identifier: MIT
 #
+# Sets in the caller what one of `shards` shares of a program's tests is called, `test`, and the variables that tell the
+# program which share it is, `share`.
+function(corvanta_share_of_tests name shard shards)
+  if(shards EQUAL 1)
+    set(test "${name}" PARENT_SCOPE)
+  else()
+    set(test "${name}.${shard}" PARENT_SCOPE)
+  endif()
+  math(EXPR index "${shard} - 1")
+  set(share "GTEST_TOTAL_SHARDS=${shards};GTEST_SHARD_INDEX=${index}" PARENT_SCOPE)
+endfunction()
+
 # corvanta_add_desktop_tests(NAME PROGRAM [SHARDS COUNT] [LIMIT SECONDS] [SIZE WIDTHxHEIGHT] [ARGUMENTS ARGUMENT...])
 #
 # Registers a test program that needs windows, on a virtual desktop of its own. With SHARDS it becomes that many tests,
@@ -23,14 +35,7 @@ function(corvanta_add_desktop_tests name program)
   # The desktop ends what runs on it before CTest loses patience.
   math(EXPR timeout "${desktop_LIMIT} + 20")
   foreach(shard RANGE 1 ${desktop_SHARDS})
-    if(desktop_SHARDS EQUAL 1)
-      set(test "${name}")
-      set(share "")
-    else()
-      math(EXPR index "${shard} - 1")
-      set(test "${name}.${shard}")
-      set(share "GTEST_TOTAL_SHARDS=${desktop_SHARDS};GTEST_SHARD_INDEX=${index}")
-    endif()
+    corvanta_share_of_tests("${name}" ${shard} ${desktop_SHARDS})
     add_test(NAME "${test}" COMMAND "${PROJECT_SOURCE_DIR}/tests/support/virtual-desktop" --size ${desktop_SIZE}
       --limit ${desktop_LIMIT} $<TARGET_FILE:${program}> ${desktop_ARGUMENTS})
     set_tests_properties("${test}" PROPERTIES LABELS desktop TIMEOUT ${timeout} COST 10 ENVIRONMENT "${share}")
@@ -50,14 +55,9 @@ function(corvanta_add_unit_tests name program)
     set(unit_SHARDS 1)
   endif()
   foreach(shard RANGE 1 ${unit_SHARDS})
-    if(unit_SHARDS EQUAL 1)
-      set(test "${name}")
-    else()
-      set(test "${name}.${shard}")
-    endif()
-    math(EXPR index "${shard} - 1")
+    corvanta_share_of_tests("${name}" ${shard} ${unit_SHARDS})
     add_test(NAME "${test}" COMMAND ${program})
     set_tests_properties("${test}" PROPERTIES LABELS unit TIMEOUT 300
-      ENVIRONMENT "GTEST_TOTAL_SHARDS=${unit_SHARDS};GTEST_SHARD_INDEX=${index};${unit_ENVIRONMENT}")
+      ENVIRONMENT "${share};${unit_ENVIRONMENT}")
   endforeach()
 endfunction()
