@@ -12,8 +12,8 @@ namespace {
 // this ratio between rising and moving.
 constexpr double rise = 1.42;
 constexpr double paceInScreens = 2.6;
-constexpr double shortest = 0.25;
-constexpr double longest = 1.6;
+constexpr double shortestFlight = 0.25;
+constexpr double longestFlight = 1.6;
 
 constexpr double slowest = 8;
 constexpr double fastest = 4000;
@@ -33,7 +33,7 @@ MapFlight::MapFlight(const MapCamera& from, const MapCamera& to, const MapViewpo
     : MapFlight(from, to, viewport, Duration(0)) {
     const double turn = std::abs(MapCameras::normalizedBearing(to.bearing - from.bearing)) / 180;
     const double tilt = std::abs(to.pitch - from.pitch) / 90;
-    m_duration = Duration(std::clamp(std::max({m_length / paceInScreens, turn, tilt}), shortest, longest));
+    m_duration = Duration(std::clamp(std::max({m_length / paceInScreens, turn, tilt}), shortestFlight, longestFlight));
 }
 
 MapFlight::MapFlight(const MapCamera& from, const MapCamera& to, const MapViewport& viewport, Duration duration)

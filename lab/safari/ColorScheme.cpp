@@ -10,10 +10,10 @@ namespace {
 constexpr const char* portalName = "org.freedesktop.portal.Desktop";
 constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* portalInterface = "org.freedesktop.portal.Settings";
-constexpr const char* space = "org.freedesktop.appearance";
-constexpr const char* key = "color-scheme";
+constexpr const char* schemeSpace = "org.freedesktop.appearance";
+constexpr const char* schemeKey = "color-scheme";
 constexpr const char* settingsSchema = "org.gnome.desktop.interface";
-constexpr int answerLimit = 2000;
+constexpr int portalAnswerLimit = 2000;
 constexpr guint prefersDark = 1;
 
 void setDark(bool isDark) {
@@ -39,13 +39,13 @@ ColorScheme::ColorScheme(GDBusConnection* bus)
         return;
     }
     m_subscription = g_dbus_connection_signal_subscribe(
-        bus, portalName, portalInterface, "SettingChanged", portalPath, space, G_DBUS_SIGNAL_FLAGS_NONE,
+        bus, portalName, portalInterface, "SettingChanged", portalPath, schemeSpace, G_DBUS_SIGNAL_FLAGS_NONE,
         [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters, gpointer) {
             const char* changed = nullptr;
             GVariant* rawValue = nullptr;
             g_variant_get(parameters, "(&s&sv)", nullptr, &changed, &rawValue);
             const GlibPointer<GVariant> value(rawValue);
-            if (g_strcmp0(changed, key) == 0)
+            if (g_strcmp0(changed, schemeKey) == 0)
                 take(value.get());
         },
         nullptr, nullptr);
@@ -62,8 +62,8 @@ ColorScheme::~ColorScheme() {
 
 void ColorScheme::askPortal() {
     g_dbus_connection_call(
-        m_bus.get(), portalName, portalPath, portalInterface, "Read", g_variant_new("(ss)", space, key),
-        G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, answerLimit, m_cancellable.get(),
+        m_bus.get(), portalName, portalPath, portalInterface, "Read", g_variant_new("(ss)", schemeSpace, schemeKey),
+        G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, portalAnswerLimit, m_cancellable.get(),
         [](GObject* bus, GAsyncResult* result, gpointer self) {
             GError* rawError = nullptr;
             const GlibPointer<GVariant> answer(
@@ -87,17 +87,17 @@ void ColorScheme::followSettings() {
     GSettingsSchema* const schema = source ? g_settings_schema_source_lookup(source, settingsSchema, TRUE) : nullptr;
     if (!schema)
         return;
-    const bool hasKey = g_settings_schema_has_key(schema, key) != FALSE;
+    const bool hasKey = g_settings_schema_has_key(schema, schemeKey) != FALSE;
     g_settings_schema_unref(schema);
     if (!hasKey)
         return;
     m_settings.reset(g_settings_new(settingsSchema));
     const auto read = +[](ColorScheme* self) {
-        const GlibPointer<char> scheme(g_settings_get_string(self->m_settings.get(), key));
+        const GlibPointer<char> scheme(g_settings_get_string(self->m_settings.get(), schemeKey));
         setDark(g_strcmp0(scheme.get(), "prefer-dark") == 0);
     };
     g_signal_connect_swapped(m_settings.get(), "changed::color-scheme", G_CALLBACK(read), this);
-    const GlibPointer<char> scheme(g_settings_get_string(m_settings.get(), key));
+    const GlibPointer<char> scheme(g_settings_get_string(m_settings.get(), schemeKey));
     // "default" leaves it to the theme, which may be a dark one.
     if (g_strcmp0(scheme.get(), "default") != 0)
         read(this);

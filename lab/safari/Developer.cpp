@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* devicePath = "/dev/corvanta/Lab/Device";
 constexpr const char* samplesInterface = "dev.corvanta.Lab.DeviceSamples1";
-constexpr int answerLimit = 5000;
+constexpr int developerAnswerLimit = 5000;
 
 bool isAmong(const std::vector<LabDevice>& devices, const std::string& busName) {
     return std::ranges::find(devices, busName, &LabDevice::busName) != devices.end();
@@ -229,7 +229,7 @@ void Developer::setSamples(const std::string& busName) {
         // A device that has no samples answers with an error, which changes nothing.
         g_dbus_connection_call(m_bus.get(), busName.c_str(), devicePath, samplesInterface, "SetPresent",
                                g_variant_new("(sb)", sample, isPresent ? TRUE : FALSE), nullptr,
-                               G_DBUS_CALL_FLAGS_NO_AUTO_START, answerLimit, nullptr, nullptr, nullptr);
+                               G_DBUS_CALL_FLAGS_NO_AUTO_START, developerAnswerLimit, nullptr, nullptr, nullptr);
     }
 }
 

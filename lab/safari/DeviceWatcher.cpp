@@ -13,7 +13,7 @@ namespace {
 constexpr const char* deviceNamePrefix = "dev.corvanta.Lab.Device";
 constexpr const char* devicePath = "/dev/corvanta/Lab/Device";
 constexpr const char* deviceInterface = "dev.corvanta.Lab.Device1";
-constexpr int answerLimit = 5000;
+constexpr int deviceAnswerLimit = 5000;
 constexpr guint askAgainInterval = 500;
 
 bool isDeviceName(const char* name) {
@@ -79,7 +79,7 @@ DeviceWatcher::~DeviceWatcher() {
 void DeviceWatcher::listNames() {
     g_dbus_connection_call(
         m_bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames", nullptr,
-        G_VARIANT_TYPE("(as)"), G_DBUS_CALL_FLAGS_NONE, answerLimit, m_cancellable.get(),
+        G_VARIANT_TYPE("(as)"), G_DBUS_CALL_FLAGS_NONE, deviceAnswerLimit, m_cancellable.get(),
         [](GObject* bus, GAsyncResult* result, gpointer self) {
             // A null answer may mean that the watcher is gone.
             const GlibPointer<GVariant> answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
@@ -112,7 +112,7 @@ void DeviceWatcher::vanished(const std::string& busName) {
 void DeviceWatcher::readProperties(const std::string& busName) {
     g_dbus_connection_call(
         m_bus.get(), busName.c_str(), devicePath, "org.freedesktop.DBus.Properties", "GetAll",
-        g_variant_new("(s)", deviceInterface), G_VARIANT_TYPE("(a{sv})"), G_DBUS_CALL_FLAGS_NO_AUTO_START, answerLimit,
+        g_variant_new("(s)", deviceInterface), G_VARIANT_TYPE("(a{sv})"), G_DBUS_CALL_FLAGS_NO_AUTO_START, deviceAnswerLimit,
         m_cancellable.get(),
         [](GObject* bus, GAsyncResult* result, gpointer data) {
             const std::unique_ptr<Request> request(static_cast<Request*>(data));

@@ -12,7 +12,7 @@ namespace corvanta::lab {
 
 namespace {
 
-constexpr const char* deviceNamePrefix = "dev.corvanta.Lab.Device.U";
+constexpr const char* deviceBusNamePrefix = "dev.corvanta.Lab.Device.U";
 
 std::string sortKey(const std::string& name) {
     const GlibPointer<char> folded(g_utf8_casefold(name.c_str(), -1));
@@ -45,14 +45,14 @@ std::string LabDevice::title() const {
 
 std::string LabDevice::identifierOf(const std::string& busName) {
     std::string text = busName;
-    if (text.starts_with(deviceNamePrefix))
-        text.erase(0, std::strlen(deviceNamePrefix));
+    if (text.starts_with(deviceBusNamePrefix))
+        text.erase(0, std::strlen(deviceBusNamePrefix));
     std::ranges::replace(text, '_', '-');
     return text;
 }
 
 std::string LabDevice::busNameOf(const std::string& identifier) {
-    std::string busName = deviceNamePrefix + identifier;
+    std::string busName = deviceBusNamePrefix + identifier;
     std::ranges::replace(busName, '-', '_');
     return busName;
 }

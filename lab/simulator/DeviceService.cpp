@@ -16,7 +16,7 @@ namespace corvanta::lab {
 
 namespace {
 
-constexpr char introspection[] = R"xml(<node>
+constexpr char deviceIntrospection[] = R"xml(<node>
   <interface name="dev.corvanta.Lab.Device1">
     <property name="UDID" type="s" access="read"/>
     <property name="Name" type="s" access="read"/>
@@ -108,7 +108,7 @@ bool DeviceService::start() {
     if (m_connection == nullptr) {
         return false;
     }
-    static GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(introspection, nullptr);
+    static GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(deviceIntrospection, nullptr);
     static const GDBusInterfaceVTable functions{
         handleCall,
         reinterpret_cast<GDBusInterfaceGetPropertyFunc>(reinterpret_cast<void (*)()>(property)),

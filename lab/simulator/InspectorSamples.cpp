@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* objectPath = "/dev/corvanta/Lab/Device";
 
-constexpr const char* introspection = R"xml(<node>
+constexpr const char* sampleIntrospection = R"xml(<node>
   <interface name="dev.corvanta.Lab.DeviceSamples1">
     <method name="SetPresent">
       <arg name="sample" type="s" direction="in"/>
@@ -155,7 +155,7 @@ InspectorSamples::InspectorSamples(_GDBusConnection* bus)
         nullptr,
         nullptr,
         {}};
-    GDBusNodeInfo* const node = g_dbus_node_info_new_for_xml(introspection, nullptr);
+    GDBusNodeInfo* const node = g_dbus_node_info_new_for_xml(sampleIntrospection, nullptr);
     m_object = g_dbus_connection_register_object(bus, objectPath, node->interfaces[0], &table, this, nullptr, nullptr);
     g_dbus_node_info_unref(node);
 }

@@ -11,8 +11,8 @@ namespace corvanta::lab {
 
 namespace {
 
-constexpr int cardWidth = 160;
-constexpr int cardHeight = 200;
+constexpr int pageCardWidth = 160;
+constexpr int pageCardHeight = 200;
 
 void addClass(GtkWidget* widget, const char* name) {
     gtk_style_context_add_class(gtk_widget_get_style_context(widget), name);
@@ -89,7 +89,7 @@ void PageOverview::addCard(unsigned index) {
     const QByteArray title = (page.title().isEmpty() ? QStringLiteral("Untitled") : page.title()).toUtf8();
     atk_object_set_name(gtk_widget_get_accessible(open), title.constData());
     GtkWidget* image = gtk_image_new();
-    gtk_widget_set_size_request(image, int(cardWidth * m_scale), int(cardHeight * m_scale));
+    gtk_widget_set_size_request(image, int(pageCardWidth * m_scale), int(pageCardHeight * m_scale));
     gtk_container_add(GTK_CONTAINER(open), image);
     gtk_container_add(GTK_CONTAINER(overlay), open);
     GtkWidget* close = gtk_button_new_from_icon_name("window-close-symbolic", GTK_ICON_SIZE_MENU);

@@ -10,7 +10,7 @@ namespace corvanta::lab {
 
 namespace {
 
-constexpr int cardWidth = 270;
+constexpr int sheetWidth = 270;
 
 GtkWidget* addLabel(GtkWidget* box, const QString& text, const char* style) {
     GtkWidget* label = gtk_label_new(text.toUtf8().constData());
@@ -200,7 +200,7 @@ void SheetLayer::present() {
     gtk_widget_set_no_show_all(m_backdrop, FALSE);
     gtk_widget_show(m_backdrop);
     gtk_widget_set_no_show_all(m_backdrop, TRUE);
-    gtk_widget_set_size_request(m_card, int(cardWidth * m_scale), -1);
+    gtk_widget_set_size_request(m_card, int(sheetWidth * m_scale), -1);
     if (focused != nullptr) {
         gtk_widget_grab_focus(focused);
     }
@@ -219,7 +219,7 @@ void SheetLayer::setScale(double scale) {
                              "; } .sheet-button label { font-size: " + pixels(17, 8) + "; }";
     gtk_css_provider_load_from_data(m_style, style.constData(), style.size(), nullptr);
     if (m_card != nullptr) {
-        gtk_widget_set_size_request(m_card, int(cardWidth * m_scale), -1);
+        gtk_widget_set_size_request(m_card, int(sheetWidth * m_scale), -1);
     }
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-const QString rootPath = u"/org/a11y/atspi/accessible/root"_s;
+const QString rootObjectPath = u"/org/a11y/atspi/accessible/root"_s;
 
 } // namespace
 
@@ -37,7 +37,7 @@ bool AtspiWindows::isWindowRole(AtspiRole role) {
 }
 
 bool AtspiWindows::isWindow(const AtspiItem& item) {
-    return isWindowRole(item.role) && item.parent == AtspiReference{item.reference.bus, rootPath};
+    return isWindowRole(item.role) && item.parent == AtspiReference{item.reference.bus, rootObjectPath};
 }
 
 std::optional<PixelRect> AtspiWindows::frame(const AtspiItem& item) {

@@ -3,6 +3,8 @@
 source tools/dev/setup.sh
 source tools/dev/format.sh
 
+lint_build=build/lint
+
 verb_lint() {
   local all=no base=main
   while [[ $# -gt 0 ]]; do
@@ -31,9 +33,10 @@ TEXT
 
   ensure_setup
   ensure_lint_setup
-  build_preset dev >build/lint.log 2>&1 || {
+  mkdir -p build
+  prepare_lint >build/lint.log 2>&1 || {
     cat build/lint.log
-    die 1 "what does not build cannot be checked"
+    die 1 "what does not configure cannot be checked"
   }
 
   local failed=() sources
@@ -59,6 +62,15 @@ TEXT
   say "All clean"
 }
 
+# A build of its own that compiles each source alone, so that each is seen with what it includes itself. Nothing of it is
+# built but what Qt's compilers make of sources.
+prepare_lint() {
+  local generated
+  cmake --preset dev -B "$lint_build" -DCORVANTA_UNITY_BUILD=OFF -DCORVANTA_PRECOMPILE_HEADERS=OFF -DCORVANTA_BUILD_BENCHMARKS=ON
+  mapfile -t generated < <(ninja -C "$lint_build" -t targets all | sed -n 's/^\([^/]*_autogen\): phony$/\1/p')
+  cmake --build "$lint_build" --target "${generated[@]}"
+}
+
 changed_sources() {
   local base
   base=$(git merge-base HEAD "$1" 2>/dev/null || git rev-parse HEAD)
@@ -71,12 +83,12 @@ changed_sources() {
 # Each header is compiled by itself, with the flags of the nearest source that the build compiles.
 # Those for macOS have a check of their own, tests/macos/check.py.
 check_headers() {
-  printf '%s\n' "$1" | { grep '\.h$' | grep -v -e '^platform/macos/' -e '^tests/macos/' || true; } | xargs -r -d '\n' -n 1 -P "$(nproc)" tools/check-header build/dev
+  printf '%s\n' "$1" | { grep '\.h$' | grep -v -e '^platform/macos/' -e '^tests/macos/' || true; } | xargs -r -d '\n' -n 1 -P "$(nproc)" tools/check-header "$lint_build"
 }
 
 check_tidy() {
   local known
-  known=$(sed -n "s|^ *\"file\": \"$CORVANTA_ROOT/\(.*\)\".*|\1|p" build/dev/compile_commands.json)
+  known=$(sed -n "s|^ *\"file\": \"$CORVANTA_ROOT/\(.*\)\".*|\1|p" "$lint_build/compile_commands.json")
   printf '%s\n' "$1" | { grep '\.cpp$' | grep -xF -f <(printf '%s\n' "$known") || true; } |
-    xargs -r -d '\n' -n 1 -P "$(nproc)" clang-tidy-19 --quiet -p build/dev 2> >(grep -vE 'warnings? (generated|treated)|^Suppressed|^Use -' >&2)
+    xargs -r -d '\n' -n 1 -P "$(nproc)" clang-tidy-19 --quiet -p "$lint_build" 2> >(grep -vE 'warnings? (generated|treated)|^Suppressed|^Use -' >&2)
 }

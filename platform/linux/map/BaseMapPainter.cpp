@@ -20,7 +20,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int mostTiles = 400;
+constexpr int mostBaseMapTiles = 400;
 /// What is cut off lies so far outside that no stroke of its edge is seen.
 constexpr double margin = 12;
 /// In device-independent pixels, as is what follows.
@@ -53,7 +53,7 @@ public:
 
     void collect() {
         const int zoom = std::countr_zero(static_cast<unsigned>(m_level.tilesAcross));
-        for (const ShownMapTile& shown : MapTiles::visible(m_projection, zoom, mostTiles)) {
+        for (const ShownMapTile& shown : MapTiles::visible(m_projection, zoom, mostBaseMapTiles)) {
             m_column = 1.0 * (shown.tile.column + shown.turn * m_level.tilesAcross) * m_level.extent;
             m_row = 1.0 * shown.tile.row * m_level.extent;
             m_tile = {};
