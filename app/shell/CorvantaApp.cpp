@@ -149,6 +149,9 @@ void CorvantaApp::windowAppeared() {
 }
 
 void CorvantaApp::windowClosing() {
+    // A window that is closed at once goes before its icon has come.
+    if (!m_commandLine.screenshot)
+        m_menuBarExtra.show();
     if (!m_menuBarExtra.isReachable()) {
         leaveEarly();
         return;

@@ -220,6 +220,16 @@ TEST_F(CorvantaAppTest, OutlivesItsWindowWhereThereIsATray) {
     EXPECT_GE(host.log.count("activateSelf"), 2);
 }
 
+TEST_F(CorvantaAppTest, OutlivesAWindowThatIsClosedBeforeTheIconHasCome) {
+    begin();
+    window()->close();
+    settle();
+    EXPECT_EQ(window(), nullptr);
+    choose(u"Open Corvanta"_s);
+    settle();
+    EXPECT_NE(window(), nullptr);
+}
+
 TEST_F(CorvantaAppTest, TakesTwoClosesInOneTurnForOne) {
     launch();
     WorkspaceWindow* const closed = window();
