@@ -47,6 +47,7 @@ Child start(std::vector<std::string> arguments) {
         dup2(output[1], STDOUT_FILENO);
         dup2(input[0], STDIN_FILENO);
         std::vector<char*> pointers;
+        pointers.reserve(arguments.size() + 1);
         for (std::string& argument : arguments)
             pointers.push_back(argument.data());
         pointers.push_back(nullptr);

@@ -174,17 +174,17 @@ private:
     QProcess m_process;
 };
 
-/// One look of the driver; `pages` becomes how many it found, and -1 when it failed.
-QCoro::Task<void> look(SafariAXInspector& inspector, std::optional<int>& pages) {
+/// One look of the driver; what `pages` points to becomes how many it found, and -1 when it failed.
+QCoro::Task<void> look(SafariAXInspector* inspector, std::optional<int>* pages) {
     int found = -1;
     try {
-        found = static_cast<int>((co_await inspector.snapshotTargets(deviceName)).size());
+        found = static_cast<int>((co_await inspector->snapshotTargets(deviceName)).size());
     } catch (const LocalizedError& error) {
         std::fprintf(stderr, "%s\n", qUtf8Printable(error.errorDescription()));
     } catch (...) {
         std::fputs("the driver failed\n", stderr);
     }
-    pages = found;
+    *pages = found;
 }
 
 struct Look {
@@ -196,7 +196,7 @@ Look timedLook(SafariAXInspector& inspector) {
     TaskScope tasks;
     std::optional<int> pages;
     const SteadyTime start = std::chrono::steady_clock::now();
-    tasks.start(look(inspector, pages));
+    tasks.start(look(&inspector, &pages));
     (void)turnUntil([&pages] { return pages.has_value(); });
     return {millisecondsSince(start), pages.value_or(-1)};
 }

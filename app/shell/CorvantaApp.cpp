@@ -3,6 +3,7 @@
 
 #include "shell/AppIdentity.h"
 #include "shell/FirstPaint.h"
+#include "window/DisplayText.h"
 #include "window/WorkspaceView.h"
 
 #include <QCoreApplication>
@@ -221,7 +222,8 @@ QCoro::Task<bool> CorvantaApp::selectDevice(CommandLine request) {
         co_await m_coordinator.refreshDevices();
     const auto identifier = identifierOf(m_coordinator, wanted);
     if (!identifier) {
-        std::fprintf(stderr, "Corvanta: no available simulator device is called '%s'\n", qUtf8Printable(wanted));
+        std::fprintf(stderr, "Corvanta: no available simulator device is called '%s'\n",
+                     qUtf8Printable(displayText(wanted, longestLine)));
         co_return false;
     }
     m_coordinator.setSelectedDeviceID(identifier);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/UnattendedRun.h"
 
+#include "window/DisplayText.h"
 #include "workspace/WorkspaceCoordinator.h"
 
 #include <QDir>
@@ -23,8 +24,9 @@ constexpr auto pictureInterval = 250ms;
 constexpr int unchangedPictures = 6;
 constexpr int pictureLimit = 80;
 
+/// What pages and tools wrote is not to command the terminal.
 void printLine(FILE* stream, const QString& text) {
-    std::fprintf(stream, "%s\n", text.toUtf8().constData());
+    std::fprintf(stream, "%s\n", displayText(text).toUtf8().constData());
     std::fflush(stream);
 }
 
@@ -56,10 +58,10 @@ void UnattendedRun::printFailure() const {
         printLine(stderr, *recovery);
     for (const SetupCheck& check : m_coordinator.setupChecks()) {
         if (check.state != SetupCheckState::passed)
-            printLine(stderr, u"- "_s + check.title + u": "_s + check.detail);
+            printLine(stderr, displayText(u"- "_s + check.title + u": "_s + check.detail, longestLine));
     }
     for (const SafariTarget& target : m_coordinator.candidateTargets())
-        printLine(stderr, u"- "_s + target.title);
+        printLine(stderr, displayText(u"- "_s + target.title, longestLine));
 }
 
 QCoro::Task<int> UnattendedRun::run(QString screenshot) {

@@ -58,12 +58,13 @@ QString readable(const QString& message) {
 UpdateAlertDialog::UpdateAlertDialog(const UpdateAlertContent& content, QWidget* parent)
     : QDialog(parent) {
     setObjectName(u"updateAlert"_s);
-    setWindowTitle(content.title);
-    setAccessibleName(content.title);
+    const QString title = displayText(content.title, longestLine);
+    setWindowTitle(title);
+    setAccessibleName(title);
     setAttribute(Qt::WA_DeleteOnClose);
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(6);
-    texts->addWidget(new TextLabel(TextStyle::title, content.title));
+    texts->addWidget(new TextLabel(TextStyle::title, title));
     if (QWidget* const message = makeMessage(content.message))
         texts->addWidget(message);
     texts->addStretch(1);

@@ -2,6 +2,7 @@
 #include "window/PlaceSearchBox.h"
 
 #include "support/TaskScope.h"
+#include "window/DisplayText.h"
 #include "window/Symbols.h"
 #include "window/widgets/AccessibleRoles.h"
 #include "window/widgets/PlaceList.h"
@@ -51,7 +52,7 @@ void PlaceSearchBox::choose(std::size_t index) {
     if (index >= m_completer.results().size())
         return;
     const PlaceCompletion completion = m_completer.results()[index];
-    m_field->setText(completion.title);
+    m_field->setText(displayText(completion.title, longestLine));
     forgetQuestion();
     m_tasks.start(m_coordinator.resolveLocation(completion));
 }

@@ -2,12 +2,16 @@
 #include "AddressBar.h"
 
 #include "AddressText.h"
+#include "ShownText.h"
 
 #include <utility>
 
 namespace corvanta::lab {
 
 namespace {
+
+/// A page may have an address of megabytes, which the field would lay out at every change.
+constexpr std::size_t longestAddress = 2'000;
 
 void name(GtkWidget* button, const char* icon, const char* text) {
     gtk_button_set_image(GTK_BUTTON(button), gtk_image_new_from_icon_name(icon, GTK_ICON_SIZE_BUTTON));
@@ -55,13 +59,13 @@ GtkWidget* AddressBar::addButton(const char* icon, const char* text, std::functi
 
 void AddressBar::watchEntry() {
     g_signal_connect_swapped(m_entry, "activate", G_CALLBACK(+[](AddressBar* self) { self->openText(); }), this);
-    g_signal_connect_swapped(
-        m_entry, "changed", G_CALLBACK(+[](AddressBar* self) {
-            self->m_isEdited = self->m_state.address != gtk_entry_get_text(GTK_ENTRY(self->m_entry));
-            gtk_style_context_remove_class(gtk_widget_get_style_context(self->m_entry), GTK_STYLE_CLASS_ERROR);
-            gtk_widget_set_tooltip_text(self->m_entry, nullptr);
-        }),
-        this);
+    g_signal_connect_swapped(m_entry, "changed", G_CALLBACK(+[](AddressBar* self) {
+                                 self->m_isEdited = self->m_shown != gtk_entry_get_text(GTK_ENTRY(self->m_entry));
+                                 gtk_style_context_remove_class(gtk_widget_get_style_context(self->m_entry),
+                                                                GTK_STYLE_CLASS_ERROR);
+                                 gtk_widget_set_tooltip_text(self->m_entry, nullptr);
+                             }),
+                             this);
     g_signal_connect_swapped(m_entry, "focus-in-event", G_CALLBACK(+[](AddressBar* self) -> gboolean {
                                  self->m_selectsAtRelease = true;
                                  return FALSE;
@@ -89,7 +93,8 @@ void AddressBar::watchEntry() {
 }
 
 void AddressBar::openText() {
-    const std::string address = addressFromText(gtk_entry_get_text(GTK_ENTRY(m_entry)));
+    const std::string text = gtk_entry_get_text(GTK_ENTRY(m_entry));
+    const std::string address = text == m_shown ? m_shownAddress : addressFromText(text);
     if (address.empty()) {
         gtk_style_context_add_class(gtk_widget_get_style_context(m_entry), GTK_STYLE_CLASS_ERROR);
         gtk_widget_set_tooltip_text(m_entry, "This is no address. Safari of the device lab does not search the web.");
@@ -102,8 +107,10 @@ void AddressBar::openText() {
 }
 
 void AddressBar::showText() {
-    if (m_state.address != gtk_entry_get_text(GTK_ENTRY(m_entry)))
-        gtk_entry_set_text(GTK_ENTRY(m_entry), m_state.address.c_str());
+    m_shownAddress = m_state.address;
+    m_shown = shownLine(m_shownAddress, longestAddress);
+    if (m_shown != gtk_entry_get_text(GTK_ENTRY(m_entry)))
+        gtk_entry_set_text(GTK_ENTRY(m_entry), m_shown.c_str());
     m_isEdited = false;
 }
 

@@ -55,6 +55,9 @@ private:
 
     Handlers m_handlers;
     State m_state;
+    /// What the field shows of which address.
+    std::string m_shown;
+    std::string m_shownAddress;
     GtkWidget* m_row;
     GtkWidget* m_entry = nullptr;
     GtkWidget* m_back = nullptr;

@@ -3,6 +3,7 @@
 
 #include "GlibPointers.h"
 #include "LoadProblem.h"
+#include "ShownText.h"
 #include "StartPage.h"
 
 #include <algorithm>
@@ -22,9 +23,9 @@ std::string shownAddress(WebKitWebView* view) {
 std::string shownTitle(WebKitWebView* view) {
     const char* const title = view ? webkit_web_view_get_title(view) : nullptr;
     if (title && *title != '\0')
-        return title;
+        return shownLine(title);
     const std::string address = shownAddress(view);
-    return address.empty() ? "Start Page" : address;
+    return address.empty() ? "Start Page" : shownLine(address);
 }
 
 GlibPointer<GdkPixbuf> scaled(cairo_surface_t* surface) {

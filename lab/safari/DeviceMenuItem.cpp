@@ -3,6 +3,7 @@
 
 #include "LeafMenuItem.h"
 #include "MenuBuilder.h"
+#include "ShownText.h"
 
 #include <algorithm>
 #include <utility>
@@ -108,8 +109,8 @@ void DeviceMenuItem::addSwitch(Switch& added, const char* title) {
 }
 
 void DeviceMenuItem::setDevice(const LabDevice& device) {
-    relabel(m_item, device.title());
-    relabel(m_header, device.name + " (Simulator)");
+    relabel(m_item, shownLine(device.title()));
+    relabel(m_header, shownLine(device.name) + " (Simulator)");
 }
 
 void DeviceMenuItem::setTargets(const InspectableTargets& targets) {

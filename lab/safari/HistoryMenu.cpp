@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "HistoryMenu.h"
 
+#include "ShownText.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -8,16 +10,7 @@ namespace corvanta::lab {
 
 namespace {
 
-constexpr long longestTitle = 60;
-
-std::string shortened(const std::string& title) {
-    if (g_utf8_strlen(title.c_str(), -1) <= longestTitle)
-        return title;
-    char* const start = g_utf8_substring(title.c_str(), 0, longestTitle - 1);
-    std::string result = std::string(start) + "…";
-    g_free(start);
-    return result;
-}
+constexpr std::size_t longestTitle = 60;
 
 } // namespace
 
@@ -52,9 +45,9 @@ void HistoryMenu::setVisits(const std::vector<Visit>& visits) {
     std::ranges::for_each(std::exchange(m_items, {}), gtk_widget_destroy);
     int position = m_firstPosition;
     for (const Visit& visit : m_visits) {
-        GtkWidget* const item =
-            makeActionItem(shortened(visit.title).c_str(), [this, url = visit.url] { m_handlers.open(url); });
-        gtk_widget_set_tooltip_text(item, visit.url.c_str());
+        GtkWidget* const item = makeActionItem(shownLine(visit.title, longestTitle).c_str(),
+                                               [this, url = visit.url] { m_handlers.open(url); });
+        gtk_widget_set_tooltip_text(item, shownLine(visit.url).c_str());
         gtk_widget_show(item);
         gtk_menu_shell_insert(GTK_MENU_SHELL(m_menu), item, position++);
         m_items.push_back(item);

@@ -2,6 +2,7 @@
 #include "LoadProblem.h"
 
 #include "GlibPointers.h"
+#include "ShownText.h"
 
 #include <webkit2/webkit2.h>
 
@@ -96,7 +97,7 @@ std::string problemPage(const std::string& url, const LoadProblem& problem) {
 <body>
 <main>
   <h1>)" + escaped(problem.heading) +
-           "</h1>\n  <p>" + escaped(problem.explanation) + "</p>\n  <a href=\"" + escaped(url) +
+           "</h1>\n  <p>" + escaped(shownText(problem.explanation)) + "</p>\n  <a href=\"" + escaped(url) +
            "\">Try Again</a>\n</main>\n</body>\n</html>\n";
 }
 

@@ -2,15 +2,15 @@
 #include "PageTitle.h"
 
 #include "GlibPointers.h"
+#include "ShownText.h"
 
-#include <algorithm>
 #include <string_view>
 
 namespace corvanta::lab {
 
 namespace {
 
-constexpr long longestTitle = 200;
+constexpr std::size_t longestTitle = 200;
 
 bool isReadable(const std::string& text) {
     if (text.empty() || !g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr))
@@ -36,13 +36,7 @@ std::string lastPathPart(std::string_view path) {
 }
 
 std::string shortened(const std::string& text) {
-    const GlibPointer<char> valid(g_utf8_make_valid(text.c_str(), -1));
-    std::string line = valid.get();
-    std::ranges::replace_if(line, [](char letter) { return g_ascii_iscntrl(letter); }, ' ');
-    if (g_utf8_strlen(line.c_str(), -1) <= longestTitle)
-        return line;
-    const GlibPointer<char> start(g_utf8_substring(line.c_str(), 0, longestTitle - 1));
-    return std::string(start.get()) + "…";
+    return shownLine(text, longestTitle);
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "SettingsWindow.h"
 
+#include "ShownText.h"
+
 namespace corvanta::lab {
 
 namespace {
@@ -116,7 +118,7 @@ void SettingsWindow::store(const Switch& changed) {
     SafariSettingsValues values = m_settings.values();
     values.*changed.value = gtk_switch_get_active(GTK_SWITCH(changed.widget)) != FALSE;
     const std::string problem = m_settings.set(values);
-    gtk_label_set_text(GTK_LABEL(m_problem), problem.c_str());
+    gtk_label_set_text(GTK_LABEL(m_problem), shownText(problem).c_str());
     gtk_widget_set_visible(m_problem, !problem.empty());
 }
 

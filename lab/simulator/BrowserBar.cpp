@@ -2,6 +2,7 @@
 #include "BrowserBar.h"
 
 #include "BrowserPages.h"
+#include "ShownText.h"
 
 #include <QUrl>
 
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <string>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -181,9 +183,9 @@ void BrowserBar::setOrientation(Orientation orientation) {
 
 void BrowserBar::update() {
     const QString address = m_pages.address();
-    const QByteArray text = (address.isEmpty() ? u"Start Page"_s : address).toUtf8();
-    gtk_label_set_text(GTK_LABEL(m_address), text.constData());
-    atk_object_set_name(gtk_widget_get_accessible(m_addressButton), ("Address: " + text).constData());
+    const std::string text = address.isEmpty() ? "Start Page" : shownLine(address.toStdString());
+    gtk_label_set_text(GTK_LABEL(m_address), text.c_str());
+    atk_object_set_name(gtk_widget_get_accessible(m_addressButton), ("Address: " + text).c_str());
     const std::size_t count = m_pages.count();
     gtk_label_set_text(GTK_LABEL(m_count), QByteArray::number(qulonglong(count)).constData());
     const QByteArray spoken =

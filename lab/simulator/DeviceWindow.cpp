@@ -4,6 +4,7 @@
 #include "DeviceStyle.h"
 #include "EngineHost.h"
 #include "ScreenCapture.h"
+#include "ShownText.h"
 
 #include <QTime>
 
@@ -101,7 +102,8 @@ DeviceWindow::~DeviceWindow() {
 }
 
 void DeviceWindow::setDeviceName(const QString& deviceName) {
-    gtk_window_set_title(GTK_WINDOW(m_window), u"%1 – %2"_s.arg(deviceName, m_runtimeName).toUtf8().constData());
+    gtk_window_set_title(GTK_WINDOW(m_window),
+                         shownLine(u"%1 – %2"_s.arg(deviceName, m_runtimeName).toStdString()).c_str());
 }
 
 void DeviceWindow::makeWindow() {

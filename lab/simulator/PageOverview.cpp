@@ -2,10 +2,12 @@
 #include "PageOverview.h"
 
 #include "BrowserPages.h"
+#include "ShownText.h"
 
 #include <webkit2/webkit2.h>
 
 #include <algorithm>
+#include <string>
 
 namespace corvanta::lab {
 
@@ -86,8 +88,8 @@ void PageOverview::addCard(unsigned index) {
     GtkWidget* overlay = gtk_overlay_new();
     GtkWidget* open = gtk_button_new();
     addClass(open, "overview-card");
-    const QByteArray title = (page.title().isEmpty() ? QStringLiteral("Untitled") : page.title()).toUtf8();
-    atk_object_set_name(gtk_widget_get_accessible(open), title.constData());
+    const std::string title = page.title().isEmpty() ? "Untitled" : shownLine(page.title().toStdString());
+    atk_object_set_name(gtk_widget_get_accessible(open), title.c_str());
     GtkWidget* image = gtk_image_new();
     gtk_widget_set_size_request(image, int(pageCardWidth * m_scale), int(pageCardHeight * m_scale));
     gtk_container_add(GTK_CONTAINER(open), image);
@@ -96,9 +98,9 @@ void PageOverview::addCard(unsigned index) {
     addClass(close, "overview-close");
     gtk_widget_set_halign(close, GTK_ALIGN_END);
     gtk_widget_set_valign(close, GTK_ALIGN_START);
-    atk_object_set_name(gtk_widget_get_accessible(close), ("Close " + title).constData());
+    atk_object_set_name(gtk_widget_get_accessible(close), ("Close " + title).c_str());
     gtk_overlay_add_overlay(GTK_OVERLAY(overlay), close);
-    GtkWidget* label = gtk_label_new(title.constData());
+    GtkWidget* label = gtk_label_new(title.c_str());
     gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_END);
     gtk_label_set_max_width_chars(GTK_LABEL(label), 1);
     gtk_container_add(GTK_CONTAINER(card), overlay);

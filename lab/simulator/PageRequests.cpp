@@ -3,6 +3,7 @@
 
 #include "LocationPermission.h"
 #include "ObjectHolder.h"
+#include "ShownText.h"
 
 #include <QUrl>
 
@@ -249,7 +250,8 @@ void PageRequests::chooseOption(WebPage& page, void* menu) {
     GtkWidget* list = gtk_list_box_new();
     for (guint index = 0; index < webkit_option_menu_get_n_items(kept.get()); ++index) {
         WebKitOptionMenuItem* item = webkit_option_menu_get_item(kept.get(), index);
-        GtkWidget* label = gtk_label_new(webkit_option_menu_item_get_label(item));
+        const char* const text = webkit_option_menu_item_get_label(item);
+        GtkWidget* label = gtk_label_new(shownLine(text == nullptr ? "" : text).c_str());
         gtk_label_set_xalign(GTK_LABEL(label), 0);
         gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_END);
         gtk_list_box_insert(GTK_LIST_BOX(list), label, -1);

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "SheetLayer.h"
 
+#include "ShownText.h"
+
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace corvanta::lab {
@@ -13,7 +16,7 @@ namespace {
 constexpr int sheetWidth = 270;
 
 GtkWidget* addLabel(GtkWidget* box, const QString& text, const char* style) {
-    GtkWidget* label = gtk_label_new(text.toUtf8().constData());
+    GtkWidget* label = gtk_label_new(shownText(text.toStdString()).c_str());
     gtk_label_set_line_wrap(GTK_LABEL(label), TRUE);
     gtk_label_set_line_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
     gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
@@ -149,7 +152,8 @@ void SheetLayer::present() {
     gtk_widget_set_valign(m_card, GTK_ALIGN_CENTER);
     AtkObject* accessible = gtk_widget_get_accessible(m_card);
     atk_object_set_role(accessible, ATK_ROLE_ALERT);
-    atk_object_set_name(accessible, sheet.title.toUtf8().constData());
+    const std::string title = shownText(sheet.title.toStdString());
+    atk_object_set_name(accessible, title.c_str());
     GtkWidget* body = gtk_box_new(GTK_ORIENTATION_VERTICAL, 4);
     gtk_style_context_add_class(gtk_widget_get_style_context(body), "sheet-body");
     if (!sheet.title.isEmpty()) {
@@ -162,7 +166,7 @@ void SheetLayer::present() {
         m_entry = gtk_entry_new();
         gtk_entry_set_text(GTK_ENTRY(m_entry), sheet.entry->toUtf8().constData());
         gtk_entry_set_width_chars(GTK_ENTRY(m_entry), 1);
-        atk_object_set_name(gtk_widget_get_accessible(m_entry), sheet.title.toUtf8().constData());
+        atk_object_set_name(gtk_widget_get_accessible(m_entry), title.c_str());
         gtk_container_add(GTK_CONTAINER(body), m_entry);
     }
     if (sheet.content != nullptr) {

@@ -3,6 +3,7 @@
 
 #include "DeviceLayout.h"
 #include "PageShims.h"
+#include "ShownText.h"
 #include "TouchInput.h"
 
 #include <QJsonDocument>
@@ -304,7 +305,7 @@ void WebPage::showMessage(const QString& title, const QString& text, const QStri
     gtk_style_context_add_class(gtk_widget_get_style_context(message), "page-message");
     GtkWidget* group = gtk_box_new(GTK_ORIENTATION_VERTICAL, 10);
     for (const auto& [line, style] : {std::pair{title, "page-message-title"}, std::pair{text, "page-message-text"}}) {
-        GtkWidget* label = gtk_label_new(line.toUtf8().constData());
+        GtkWidget* label = gtk_label_new(shownText(line.toStdString()).c_str());
         gtk_label_set_line_wrap(GTK_LABEL(label), TRUE);
         gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
         gtk_label_set_max_width_chars(GTK_LABEL(label), 36);

@@ -2,14 +2,24 @@
 #include "FakeError.h"
 #include "OffscreenWindows.h"
 #include "WindowViewTest.h"
+#include "shell/MenuBarContentView.h"
+#include "shell/ShellCommands.h"
 #include "shell/UpdateAlertDialog.h"
+#include "shell/WorkspaceWindow.h"
 #include "updates/UpdateAlert.h"
+#include "updates/UpdateChecker.h"
 #include "window/DisplayText.h"
+#include "window/widgets/IconButton.h"
 #include "window/widgets/ListRow.h"
+#include "window/widgets/LocationList.h"
+#include "window/widgets/PlaceList.h"
 #include "window/widgets/ToolTip.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QLineEdit>
+#include <QNetworkAccessManager>
 #include <QPlainTextEdit>
 #include <QTextDocument>
 
@@ -61,21 +71,48 @@ protected:
             EXPECT_FALSE(shown.contains(QChar(turning))) << static_cast<int>(turning);
     }
 
-    /// That no label in the window takes any text for more than its characters.
-    void expectHarmlessView() const {
-        for (const QLabel* const label : view().findChildren<QLabel*>()) {
+    /// What stands in one line.
+    static void expectHarmlessLine(const QString& shown) {
+        expectHarmless(shown);
+        EXPECT_LE(shown.size(), longestLine + 16);
+        EXPECT_FALSE(shown.contains(u'\n'));
+    }
+
+    /// That nothing in the window takes any text for more than its characters, and that those who hear the window are
+    /// told no more than those who see it.
+    static void expectHarmlessWindow(const QWidget& window) {
+        expectHarmlessLine(window.windowTitle());
+        for (const QLabel* const label : window.findChildren<QLabel*>()) {
             EXPECT_EQ(label->textFormat(), Qt::PlainText);
             expectHarmless(label->text());
-            expectHarmless(label->accessibleName());
         }
-        for (const QWidget* const widget : view().findChildren<QWidget*>()) {
+        for (const QLineEdit* const field : window.findChildren<QLineEdit*>())
+            expectHarmlessLine(field->text());
+        for (const QAbstractButton* const button : window.findChildren<QAbstractButton*>()) {
+            expectHarmless(button->text());
+            EXPECT_TRUE(QKeySequence::mnemonic(button->text()).isEmpty()) << button->text().toStdString();
+        }
+        for (const QWidget* const widget : window.findChildren<QWidget*>()) {
             // Every tool tip that a text of others stands in is marked up by the program alone.
             if (!widget->toolTip().isEmpty() && Qt::mightBeRichText(widget->toolTip())) {
                 EXPECT_FALSE(widget->toolTip().contains(u"<img"_s) || widget->toolTip().contains(u"<a "_s));
             }
             expectHarmless(widget->toolTip());
+            expectHarmless(widget->accessibleName());
+            expectHarmless(widget->accessibleDescription());
         }
+    }
+
+    void expectHarmlessView() const {
+        expectHarmlessWindow(view());
         EXPECT_LE(view().minimumSizeHint().width(), 430);
+    }
+
+    void failToStart() {
+        simulator.script.fail(testing::SimulatorOperation::boot, testing::FakeError(text(), text()));
+        const auto task = start();
+        drain();
+        ASSERT_EQ(coordinator->phase(), WorkspacePhase::failed);
     }
 
 private:
@@ -110,12 +147,97 @@ TEST_P(HostileText, IsShownAsTheNameOfADevice) {
 TEST_P(HostileText, IsShownAsStatusAndRecovery) {
     makeReady();
     showView();
-    simulator.script.fail(testing::SimulatorOperation::boot, testing::FakeError(text(), text()));
-    const auto task = start();
+    failToStart();
+    settle();
+    expectHarmlessView();
+}
+
+TEST_P(HostileText, IsShownAsASetupCheck) {
+    makeReady();
+    showView();
+    probe.found.xcodeVersion = text();
+    const testing::WatchedTask<void> checks(coordinator->runSetupChecks());
     drain();
     settle();
-    ASSERT_EQ(coordinator->phase(), WorkspacePhase::failed);
+    ASSERT_TRUE(std::ranges::any_of(coordinator->setupChecks(),
+                                    [](const SetupCheck& check) { return check.detail.contains(text()); }));
     expectHarmlessView();
+}
+
+TEST_P(HostileText, IsShownAsTheNameOfASavedPlace) {
+    constexpr Coordinate oslo{59.9139, 10.7522};
+    makeReady();
+    coordinator->selectLocation(oslo, text(), false);
+    coordinator->saveFavorite();
+    const testing::WatchedTask<void> used(coordinator->setLocationOnSimulator());
+    ASSERT_EQ(coordinator->favorites().size(), 1U);
+    ASSERT_EQ(coordinator->recents().size(), 1U);
+    showView();
+    expectHarmlessView();
+    int rows = 0;
+    for (const LocationList* const list : view().findChildren<LocationList*>()) {
+        for (const ListRow* const row : list->findChildren<ListRow*>()) {
+            expectHarmlessLine(row->accessibleName());
+            ++rows;
+        }
+        for (const IconButton* const trash : list->findChildren<IconButton*>())
+            expectHarmlessLine(trash->accessibleName());
+    }
+    EXPECT_EQ(rows, 2);
+}
+
+TEST_P(HostileText, IsShownAsASuggestedPlace) {
+    makeReady();
+    showView();
+    placeSearch.latestCompleter->suggest(
+        {{.title = text(), .subtitle = text(), .source = nullptr}, {.title = u"Oslo"_s, .subtitle = {}, .source = {}}});
+    settle();
+    expectHarmlessView();
+    const auto* const list = view().findChild<PlaceList*>();
+    ASSERT_NE(list, nullptr);
+    const auto rows = shown<ListRow>(*list);
+    ASSERT_EQ(rows.size(), 2U);
+    expectHarmlessLine(rows.front()->accessibleName());
+    expectHarmlessLine(rows.front()->accessibleDescription());
+    // Its title then stands in the field.
+    rows.front()->click();
+    settle();
+    expectHarmlessView();
+    drain();
+}
+
+TEST_P(HostileText, IsShownAsTheReasonWhyNothingIsSuggested) {
+    makeReady();
+    showView();
+    placeSearch.latestCompleter->fail(text());
+    settle();
+    expectHarmlessView();
+}
+
+TEST_P(HostileText, ReachesNoMenuAndNoWindowTitle) {
+    makeReady();
+    QNetworkAccessManager session;
+    UpdateChecker checker(URL::parse(u"http://127.0.0.1:9/"_s).value(), u"27"_s, {.session = session, .clock = clock});
+    ShellCommands commands({.coordinator = *coordinator, .updateChecker = checker, .desktop = desktop, .tasks = tasks});
+    const MenuBarContentView trayMenu(commands);
+    const WorkspaceWindow window(new QWidget, commands);
+    const auto texts = [&] {
+        QStringList result;
+        for (const QAction* const action : trayMenu.actions() + window.findChildren<QAction*>())
+            result += {action->text(), action->toolTip(), action->statusTip(), action->whatsThis()};
+        return result + QStringList(window.windowTitle());
+    };
+    settle();
+    QStringList expected = texts();
+    simulator.devices = {device(u"A"_s, text(), u"Shutdown"_s)};
+    const testing::WatchedTask<void> refreshed(coordinator->refreshDevices());
+    drain();
+    failToStart();
+    settle();
+    // The menus tell of the phase alone.
+    expected.replaceInStrings(u"Status: Idle"_s, statusText(WorkspacePhase::failed));
+    EXPECT_EQ(texts().join(u'\n').toStdString(), expected.join(u'\n').toStdString());
+    EXPECT_EQ(window.windowTitle(), u"Corvanta");
 }
 
 TEST_P(HostileText, IsShownInATooltip) {
@@ -130,9 +252,16 @@ TEST_P(HostileText, IsShownInATooltip) {
 
 TEST_P(HostileText, IsShownInAnAlertAboutUpdates) {
     const testing::OffscreenWindows offscreenWindows;
-    UpdateAlertDialog dialog({.title = u"Update"_s, .message = text(), .buttons = {}}, nullptr);
+    const UpdateAlert alert = UpdateAlert::available({.version = text(),
+                                                      .build = 28,
+                                                      .downloadURL = URL::parse(u"https://corvanta.dev/"_s).value(),
+                                                      .releaseNotes = text(),
+                                                      .sha256 = {}});
+    UpdateAlertDialog dialog(updateAlertContent(alert, u"1.0"_s), nullptr);
     dialog.show();
     settle();
+    expectHarmlessWindow(dialog);
+    expectHarmlessLine(dialog.accessibleName());
     const auto* const message = dialog.findChild<QPlainTextEdit*>();
     ASSERT_NE(message, nullptr);
     for (const QString& line : message->toPlainText().split(u'\n'))

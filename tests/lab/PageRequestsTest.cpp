@@ -104,6 +104,30 @@ protected:
 
 constexpr auto locationQuestion = "Allow “Safari” to use your location?";
 
+TEST_F(PageRequests, AHostileQuestionIsPlainTextThatEnds) {
+    WebServer site(WebServer::Scheme::http);
+    site.answer(u"/hostile"_s, {.headers = "Content-Type: text/html; charset=utf-8\r\n",
+                                .body = "<title>H</title><script>setTimeout(() => {"
+                                        "alert('<b>Bold</b> _x & \xE2\x80\xAEgnp');"
+                                        "alert('M'.repeat(1000000));"
+                                        "prompt('<i>Sure</i>', 'x'.repeat(1000000));"
+                                        "document.title = 'M'.repeat(1000000); }, 0)</script>"});
+    open(site.url(u"/hostile"_s));
+    ASSERT_TRUE(comes(u"<b>Bold</b> _x & gnp"_s));
+    ASSERT_TRUE(press(u"Close"_s));
+    ASSERT_TRUE(comes(u"MMMMMM"_s));
+    const auto endless = shown([](const QString& name) { return name.startsWith(u"MMM"); });
+    ASSERT_TRUE(endless);
+    EXPECT_LE(endless->name().size(), 4'000);
+    ASSERT_TRUE(press(u"Close"_s));
+    ASSERT_TRUE(comes(u"<i>Sure</i>"_s));
+    ASSERT_TRUE(press(u"Cancel"_s));
+    // The overview of the pages shows the title.
+    ASSERT_TRUE(press(u"Pages: 1 open"_s));
+    EXPECT_TRUE(comes(u"MMMMMM"_s));
+    EXPECT_TRUE(press(u"Done"_s));
+}
+
 TEST_F(PageRequests, ACertificateIsTrustedOnRequest) {
     WebServer site(WebServer::Scheme::https, u"self-signed"_s);
     site.answer(u"/"_s, {.headers = "Content-Type: text/html\r\n", .body = "<title>Trusted</title>"});

@@ -28,6 +28,7 @@ public:
     /// Every call so far.
     [[nodiscard]] std::vector<std::string> calls() const {
         std::vector<std::string> texts;
+        texts.reserve(m_calls.size());
         for (const auto& [time, call] : m_calls)
             texts.push_back(call);
         return texts;
@@ -36,6 +37,7 @@ public:
     /// The calls with the milliseconds since the log was last cleared in front: "120 AXPress Develop".
     [[nodiscard]] std::vector<std::string> timedCalls() const {
         std::vector<std::string> texts;
+        texts.reserve(m_calls.size());
         for (const auto& [time, call] : m_calls)
             texts.push_back(std::to_string(std::chrono::floor<std::chrono::milliseconds>(time - m_start).count()) +
                             ' ' + call);

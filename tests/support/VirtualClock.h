@@ -52,7 +52,7 @@ private:
 
     void wakeFirst();
 
-    TimePoint m_now{};
+    TimePoint m_now;
     unsigned long m_nextKey = 0;
     unsigned m_nextUUID = 1;
     std::map<Key, Sleeper*> m_sleepers;

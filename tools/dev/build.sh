@@ -8,7 +8,7 @@ verb_build() {
     case $1 in
       -h | --help)
         cat <<'TEXT'
-usage: ./dev build [--preset dev|release|asan] [arguments of cmake --build]
+usage: ./dev build [--preset dev|release|asan|tsan] [arguments of cmake --build]
 
 Builds into build/PRESET; the preset is dev unless told otherwise. With ccache installed, compilations are cached.
 Example of a further argument: --target Corvanta

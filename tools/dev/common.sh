@@ -91,8 +91,8 @@ build_preset() {
 
 check_preset() {
   case $1 in
-    dev | release | asan) ;;
-    *) die 64 "there is no preset \"$1\"; it is one of dev, release, asan" ;;
+    dev | release | asan | tsan) ;;
+    *) die 64 "there is no preset \"$1\"; it is one of dev, release, asan, tsan" ;;
   esac
 }
 

@@ -65,10 +65,10 @@ TEXT
 # A build of its own that compiles each source alone, so that each is seen with what it includes itself. Nothing of it is
 # built but what Qt's compilers make of sources.
 prepare_lint() {
-  local generated
   cmake --preset dev -B "$lint_build" -DCORVANTA_UNITY_BUILD=OFF -DCORVANTA_PRECOMPILE_HEADERS=OFF -DCORVANTA_BUILD_BENCHMARKS=ON
-  mapfile -t generated < <(ninja -C "$lint_build" -t targets all | sed -n 's/^\([^/]*_autogen\): phony$/\1/p')
-  cmake --build "$lint_build" --target "${generated[@]}"
+  # Not by the targets of the build that do this, as those want the libraries of their programs compiled first.
+  find "$lint_build" -name AutogenInfo.json -print0 |
+    xargs -0 -P "$(nproc)" -I{} cmake -E cmake_autogen {} Debug
 }
 
 changed_sources() {

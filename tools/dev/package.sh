@@ -8,7 +8,7 @@ verb_package() {
     case $1 in
       -h | --help)
         cat <<'TEXT'
-usage: ./dev package [--preset dev|release|asan] [--build-number NUMBER]
+usage: ./dev package [--preset dev|release|asan|tsan] [--build-number NUMBER]
 
 Builds what is installed, optimised unless another preset is named, and makes a Debian package of it in
 build/package/packages: the application with its desktop entry and icons, and the device lab. The preset's own build is

@@ -8,7 +8,7 @@ verb_run() {
     case $1 in
       -h | --help)
         cat <<'TEXT'
-usage: ./dev run [--headless] [--preset dev|release|asan] [--] [options of Corvanta]
+usage: ./dev run [--headless] [--preset dev|release|asan|tsan] [--] [options of Corvanta]
 
 Installs what is missing, builds, and opens Corvanta on the device lab with the sample page, which is served on this
 machine alone. Without a display, or with --headless, it brings a virtual desktop: there it starts a workspace by itself,

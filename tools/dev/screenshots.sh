@@ -8,7 +8,7 @@ verb_screenshots() {
     case $1 in
       -h | --help)
         cat <<'TEXT'
-usage: ./dev screenshots [--preset dev|release|asan] [--devices]
+usage: ./dev screenshots [--preset dev|release|asan|tsan] [--devices]
 
 Installs what is missing, builds, and renders the control window in every state that it has, the alerts about updates, and
 the map at every kind of zoom, light, dark and of high contrast, at 1x and 2x, to build/screenshots. It shows nothing on

@@ -9,7 +9,7 @@ verb_test() {
     case $1 in
       -h | --help)
         cat <<'TEXT'
-usage: ./dev test [--preset dev|release|asan] [--unit] [arguments of ctest]
+usage: ./dev test [--preset dev|release|asan|tsan] [--unit] [arguments of ctest]
 
 Installs what is missing, builds, and runs all tests: unit tests, and tests on virtual desktops of their own, which show
 nothing on your screen. --unit runs the unit tests alone.
@@ -37,11 +37,21 @@ TEXT
   ensure_setup
   build_preset "$preset"
   [[ $preset != asan ]] || sanitizer_environment
+  [[ $preset != tsan ]] || race_environment
   # The tests have a lab of their own, whatever lab the user works with.
   unset CORVANTA_LAB_HOME CORVANTA_DEVICE_SET CORVANTA_LAB_DIR
   # One more than processors: the tests on desktops wait for half of their time. With many more they would be slower than
   # the limits that the program sets to others.
   ctest --preset "$preset" --parallel "${CTEST_PARALLEL_LEVEL:-$(($(nproc) + 1))}" --no-tests=error "${selection[@]}" "$@"
+}
+
+# Of libraries that were not built for it, it does not see the locks. Nothing else is left out.
+race_environment() {
+  export TSAN_OPTIONS="ignore_noninstrumented_modules=1${TSAN_OPTIONS:+:$TSAN_OPTIONS}"
+  local symbolizer
+  if symbolizer=$(command -v llvm-symbolizer-19); then
+    TSAN_OPTIONS+=":external_symbolizer_path=$symbolizer"
+  fi
 }
 
 sanitizer_environment() {

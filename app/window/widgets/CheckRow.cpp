@@ -2,6 +2,7 @@
 #include "window/widgets/CheckRow.h"
 
 #include "window/Appearance.h"
+#include "window/DisplayText.h"
 #include "window/widgets/AccessibleRoles.h"
 #include "window/widgets/Buttons.h"
 #include "window/widgets/SymbolMark.h"
@@ -79,11 +80,12 @@ void CheckRow::showCheck(const SetupCheck& check) {
     showState(*m_state, check.state);
     m_title->showText(check.title);
     m_detail->showText(check.detail);
-    setAccessibleName(check.title);
+    const QString name = displayText(check.title, longestLine);
+    setAccessibleName(name);
     if (m_action != SetupRecoveryAction::none)
         m_button->setText(actionLabel(m_action));
     setVisibleKeepingFocus(*m_button, m_action != SetupRecoveryAction::none);
-    m_button->setAccessibleDescription(check.title);
+    m_button->setAccessibleDescription(name);
 }
 
 void CheckRow::paintEvent(QPaintEvent*) {

@@ -3,6 +3,7 @@
 
 #include "locations/CoordinateFormatter.h"
 #include "locations/StoredLocation.h"
+#include "window/DisplayText.h"
 #include "window/widgets/AccessibleRoles.h"
 #include "window/widgets/IconButton.h"
 #include "window/widgets/ListRow.h"
@@ -106,7 +107,7 @@ void LocationList::showLocations(const std::vector<StoredLocation>& locations) {
         const StoredLocation& location = locations[index];
         m_entries[index].row->showTexts(location.name, CoordinateFormatter::coordinatePair(location.coordinate));
         if (m_entries[index].trash != nullptr)
-            m_entries[index].trash->setAccessibleName(u"Delete "_s + location.name);
+            m_entries[index].trash->setAccessibleName(u"Delete "_s + displayText(location.name, longestLine));
     }
     m_emptyText->setVisible(locations.empty());
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "InspectorSession.h"
 
+#include "ShownText.h"
+
 #include <glib-unix.h>
 #include <unistd.h>
 
@@ -158,7 +160,7 @@ void InspectorSession::adopt(GtkWindow* window) {
 void InspectorSession::applyTitle() {
     if (!m_window)
         return;
-    const std::string title = "Web Inspector — " + m_command.title;
+    const std::string title = "Web Inspector — " + shownLine(m_command.title);
     if (g_strcmp0(gtk_window_get_title(m_window), title.c_str()) != 0)
         gtk_window_set_title(m_window, title.c_str());
     GtkWidget* const bar = gtk_window_get_titlebar(m_window);

@@ -162,6 +162,31 @@ TEST_F(SafariBrowsing, ReopensAClosedTab) {
     EXPECT_FALSE(find({"History", "Reopen Last Closed Tab"})->isEnabled());
 }
 
+TEST_F(SafariBrowsing, ShowsHostileTitlesAsPlainTextThatEnds) {
+    const std::string path = m_labHome + "/hostile.html";
+    std::ofstream(path) << "<!doctype html><meta charset=utf-8><title>&lt;b&gt;_Bold&amp;\u202Egnp</title><p>Hostile";
+    const std::string endlessPath = m_labHome + "/endless.html";
+    std::ofstream(endlessPath)
+        << "<!doctype html><title>Short</title><script>document.title = 'M'.repeat(1000000)</script>";
+    startSafari({page("One"), "file://" + path});
+    const std::string bold = "<b>_Bold&gnp";
+    ASSERT_TRUE(shows(bold)) << ::testing::PrintToString(frameTitles());
+
+    // In the row of tabs with its tool tip, in the history and as the window's title.
+    open("file://" + endlessPath);
+    const auto isEndless = [](const std::string& title) { return title.starts_with("MMM"); };
+    ASSERT_TRUE(eventually([&] { return std::ranges::any_of(frameTitles(), isEndless); }));
+    for (const std::string& title : frameTitles())
+        EXPECT_LT(title.size(), 500U);
+    EXPECT_TRUE(find({"History", bold}));
+    EXPECT_TRUE(eventually([&] { return find({"History", std::string(59, 'M') + "…"}).has_value(); }));
+
+    open("data:text/html,<title>Long</title>" + std::string(60'000, 'x'));
+    EXPECT_TRUE(shows("Long"));
+    ASSERT_TRUE(press({"File", "Close Tab"}));
+    EXPECT_TRUE(eventually([&] { return std::ranges::any_of(frameTitles(), isEndless); }));
+}
+
 TEST_F(SafariBrowsing, GoesThroughTheTabsByKeys) {
     startWithTwoTabs({});
     ASSERT_TRUE(hasKeyboard());

@@ -170,6 +170,17 @@ TEST_F(SafariDevelopGroups, ListAndInspectAnAppsContext) {
     EXPECT_FALSE(frameHolds("Web Inspector — Sample App", "Elements", 7));
 }
 
+TEST_F(SafariDevelopGroups, SurviveAPageWhoseNameNeverEnds) {
+    constexpr std::size_t million = 1'000'000;
+    start();
+    device().navigate(1, "page://apple.test/" + std::string(million, 'x'));
+    ASSERT_TRUE(eventually([this] { return pages().size() == 1 && pages().front().starts_with("apple.test — x"); }));
+    EXPECT_LT(pages().front().size(), 210U);
+
+    device().navigate(1, "page://shop.test/");
+    EXPECT_TRUE(eventually([this] { return pages() == Titles{"shop.test"}; }));
+}
+
 TEST_F(SafariDevelopGroups, AreInspectedByThemselvesWhenSwitchedOn) {
     start();
     ASSERT_FALSE(isChecked(in(showSwitch)));

@@ -42,6 +42,8 @@ const Case cases[] = {
     {"Data", "data:text/html,hello", "data:text/html,hello"},
     {"NoAddress", "what is this", "what is this"},
     {"SeveralLines", "data:text/html,a\nb", "data:text/html,a b"},
+    {"DirectionLeftOut", "data:text/html,\u202Eabc", "data:text/html,abc"},
+    {"NotUTF8", "data:text/html,\xFF", "data:text/html,\uFFFD"},
 };
 
 class PageTitleTable : public ::testing::TestWithParam<Case> {};
@@ -70,10 +72,23 @@ TEST(TargetTitle, SaysWhatKindOfTargetItIs) {
 }
 
 TEST(PageTitle, ShortensAnEndlessAddress) {
-    const std::string title = pageTitle("data:text/html," + std::string(5000, 'x'));
+    constexpr std::size_t million = 1'000'000;
+    for (const char* const start :
+         {"data:text/html,", "https://shop.test/", "https://", "", "https://shop.test/%C3%A9"}) {
+        const std::string title = pageTitle(start + std::string(million, 'x'));
+        EXPECT_LT(title.size(), 210U) << start;
+        EXPECT_TRUE(title.ends_with("…")) << start;
+    }
+}
 
-    EXPECT_LT(title.size(), 210U);
-    EXPECT_TRUE(title.ends_with("…"));
+TEST(TargetTitle, ShortensAnEndlessName) {
+    constexpr std::size_t million = 1'000'000;
+    for (const TargetKind kind : {TargetKind::javaScriptContext, TargetKind::extensionPage}) {
+        const std::string title =
+            targetTitle({.identifier = {}, .name = std::string(million, 'x'), .url = "null", .kind = kind});
+        EXPECT_LT(title.size(), 210U);
+        EXPECT_TRUE(title.ends_with("…"));
+    }
 }
 
 } // namespace corvanta::lab
