@@ -86,6 +86,7 @@ std::vector<GlibPointer<GVariant>> askAll(const std::vector<Accessible>& objects
     g_main_context_pop_thread_default(context);
     g_main_context_unref(context);
     std::vector<GlibPointer<GVariant>> answers;
+    answers.reserve(questions.size());
     for (Question& question : questions)
         answers.push_back(std::move(question.answer));
     return answers;
@@ -334,7 +335,7 @@ std::string RunningProgram::finish() {
     return textOfFile(m_errorPath);
 }
 
-TestDevice::TestDevice(std::string udid, const std::string& name, const std::string& runtime,
+TestDevice::TestDevice(const std::string& udid, const std::string& name, const std::string& runtime,
                        const std::string& labHome)
     : m_busName("dev.corvanta.Lab.Device.U" + udid)
     , m_program({DEVICE_FIXTURE, udid, name, runtime}, labHome) {}

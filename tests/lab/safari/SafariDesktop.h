@@ -72,7 +72,8 @@ private:
 /// One device fixture with its remote controls.
 class TestDevice {
 public:
-    TestDevice(std::string udid, const std::string& name, const std::string& runtime, const std::string& labHome);
+    TestDevice(const std::string& udid, const std::string& name, const std::string& runtime,
+               const std::string& labHome);
 
     void open(const std::string& url) const;
     void navigate(unsigned page, const std::string& url) const;
