@@ -201,13 +201,17 @@ void drawScreenCorners(cairo_t* context, const DeviceType& type, const DeviceLay
     cairo_save(context);
     // A pixel more, as the page ends on whole pixels and the screen between them. What is seen there is the body and,
     // where its own corner is rounder, what is around it.
-    const QRectF screen = layout.screen.adjusted(-1, -1, 1, 1);
+    const QRect screen = layout.screen.adjusted(-1, -1, 1, 1).toAlignedRect();
+    cairo_rectangle(context, screen.x(), screen.y(), screen.width(), screen.height());
+    cairo_clip(context);
+    // Blended once where the outline divides a pixel: each of the layers by itself would leave a trace of those below.
+    cairo_push_group(context);
+    drawSurroundings(context, type, layout, area, look);
+    cairo_pop_group_to_source(context);
     cairo_rectangle(context, screen.x(), screen.y(), screen.width(), screen.height());
     addRoundedRectangle(context, layout.screen, screenRadius(type) * layout.zoom);
     cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);
-    cairo_clip(context);
-    cairo_set_fill_rule(context, CAIRO_FILL_RULE_WINDING);
-    drawSurroundings(context, type, layout, area, look);
+    cairo_fill(context);
     cairo_restore(context);
 }
 

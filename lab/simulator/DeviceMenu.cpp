@@ -60,7 +60,8 @@ void openDeviceMenu(const DeviceCommands& commands, GtkWidget* over, const GdkEv
         g_idle_add(destroy, shell);
     };
     g_signal_connect(menu, "selection-done", G_CALLBACK(closed), nullptr);
-    gtk_menu_attach_to_widget(GTK_MENU(menu), over, nullptr);
+    // Not to the button: the toolkit tells nobody on the accessibility bus of a button's menu.
+    gtk_menu_attach_to_widget(GTK_MENU(menu), gtk_widget_get_toplevel(over), nullptr);
     gtk_widget_show_all(menu);
     if (GTK_IS_BUTTON(over)) {
         gtk_menu_popup_at_widget(GTK_MENU(menu), over, GDK_GRAVITY_SOUTH_EAST, GDK_GRAVITY_NORTH_EAST, event);

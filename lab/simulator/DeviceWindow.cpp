@@ -108,7 +108,7 @@ void DeviceWindow::setDeviceName(const QString& deviceName) {
 
 void DeviceWindow::makeWindow() {
     m_window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-    gtk_window_set_icon_name(GTK_WINDOW(m_window), "phone");
+    gtk_window_set_icon_name(GTK_WINDOW(m_window), "dev.corvanta.Lab.Simulator");
     const QSize size = firstSize(m_type.screen + fullSizeExtra).expandedTo(minimumSize);
     gtk_window_set_default_size(GTK_WINDOW(m_window), size.width(), size.height());
     const auto closed = +[](GtkWidget*, GdkEvent*, gpointer window) -> gboolean {

@@ -6,6 +6,7 @@
 #include "DeviceWindow.h"
 #include "InspectorSamples.h"
 #include "InspectorServer.h"
+#include "LabFolders.h"
 #include "SystemDescription.h"
 
 #include <QDir>
@@ -139,6 +140,8 @@ int run(DeviceSet& set, const Device& device, HandedTurn& turn, const DeviceType
     if (!gtk_init_check(nullptr, nullptr)) {
         return fail("cannot open the display");
     }
+    gtk_icon_theme_append_search_path(gtk_icon_theme_get_default(),
+                                      QFile::encodeName(programFolder() + u"/share/icons"_s).constData());
     std::unique_ptr<GMainLoop, decltype(&g_main_loop_unref)> loop(g_main_loop_new(nullptr, FALSE), g_main_loop_unref);
     std::unique_ptr<DeviceWindow> window;
     std::unique_ptr<DeviceService> service;

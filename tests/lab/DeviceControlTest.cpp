@@ -5,11 +5,13 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QImage>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTimer>
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <functional>
 #include <set>
@@ -39,6 +41,37 @@ bool eventually(const std::function<bool()>& condition) {
         serveEvents(20ms);
     }
     return true;
+}
+
+/// What a player finds in a movie.
+struct MovieFacts {
+    /// What it says of a file that it cannot play.
+    QString problem;
+    QString container;
+    QString codec;
+    QSize size;
+    std::chrono::milliseconds duration{};
+};
+
+MovieFacts discover(const QString& path) {
+    QProcess player;
+    player.start(u"gst-discoverer-1.0"_s, {u"-v"_s, path});
+    if (!player.waitForFinished()) {
+        MovieFacts none;
+        none.problem = u"gst-discoverer-1.0: "_s + player.errorString();
+        return none;
+    }
+    const QString text = QString::fromUtf8(player.readAllStandardOutput());
+    const auto found = [&text](const QString& pattern) { return QRegularExpression(pattern).match(text); };
+    const auto number = [&found](const QString& name) { return found(name + u": (\\d+)"_s).captured(1).toInt(); };
+    const auto time = found(u"Duration: (\\d+):(\\d+):(\\d+)\\.(\\d{3})"_s);
+    return {.problem = found(u"An error was encountered[\\s\\S]*"_s).captured(),
+            .container = found(u"container format: (.*)"_s).captured(1),
+            .codec = found(u"video codec: (.*)"_s).captured(1),
+            .size = {number(u"Width"_s), number(u"Height"_s)},
+            .duration = std::chrono::hours(time.captured(1).toInt()) + std::chrono::minutes(time.captured(2).toInt()) +
+                        std::chrono::seconds(time.captured(3).toInt()) +
+                        std::chrono::milliseconds(time.captured(4).toInt())};
 }
 
 /// What pages see of the commands that change a running device. One device for all of the tests.
@@ -177,6 +210,7 @@ TEST_F(DeviceControl, APictureShowsThePageInTheDevicesPixels) {
 }
 
 TEST_F(DeviceControl, ARecordingEndsWithAMovieWhenInterrupted) {
+    open(u"recorded"_s);
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"movie.mov"_s);
     QProcess process;
@@ -186,6 +220,12 @@ TEST_F(DeviceControl, ARecordingEndsWithAMovieWhenInterrupted) {
         messages += process.readAllStandardError();
         return messages.contains("Recording started");
     }));
+    QElapsedTimer recorded;
+    recorded.start();
+    // The page reports ten times a second.
+    const qsizetype before = server.reports(u"recorded"_s).size();
+    ASSERT_TRUE(eventually([&] { return server.reports(u"recorded"_s).size() >= before + 10; }));
+    const qint64 least = recorded.elapsed();
     ASSERT_EQ(kill(static_cast<pid_t>(process.processId()), SIGINT), 0);
     ASSERT_TRUE(eventually([&] { return process.state() == QProcess::NotRunning; }));
     EXPECT_EQ(process.exitCode(), 0);
@@ -197,6 +237,14 @@ TEST_F(DeviceControl, ARecordingEndsWithAMovieWhenInterrupted) {
     EXPECT_EQ(movie.mid(4, 8), "ftypqt  ");
     EXPECT_TRUE(movie.contains("moov"));
     EXPECT_TRUE(movie.contains("JFIF"));
+
+    const MovieFacts facts = discover(path);
+    EXPECT_EQ(facts.problem, QString());
+    EXPECT_EQ(facts.container, u"Quicktime");
+    EXPECT_EQ(facts.codec, u"JPEG still images");
+    EXPECT_EQ(facts.size, QSize(402, 874)) << "a pixel for each of the page's";
+    EXPECT_GE(facts.duration, std::chrono::milliseconds(least) - 100ms);
+    EXPECT_LE(facts.duration, std::chrono::milliseconds(recorded.elapsed()) + 100ms);
 }
 
 } // namespace

@@ -145,6 +145,24 @@ TEST_F(PageRequests, ACertificateIsTrustedOnRequest) {
     EXPECT_TRUE(goes(u"This Connection Is Not Private"_s));
 }
 
+TEST_F(PageRequests, ATrustedCertificateIsGoodForEveryAddressOfItsServer) {
+    // Signed by an authority of the developer's own.
+    WebServer site(WebServer::Scheme::https);
+    for (const QString& path : {u"/first"_s, u"/second"_s, u"/third"_s}) {
+        site.answer(path, {.headers = "Content-Type: text/html\r\n",
+                           .body = "<!doctype html><h1>The page at " + path.toUtf8() + "</h1>"});
+    }
+    open(site.url(u"/first"_s));
+    EXPECT_TRUE(press(u"Trust on This Device"_s));
+    EXPECT_TRUE(comes(u"The page at /first"_s));
+
+    for (const QString& path : {u"/second"_s, u"/third"_s}) {
+        open(site.url(path));
+        EXPECT_TRUE(comes(u"The page at "_s + path));
+        EXPECT_FALSE(shown(u"Trust on This Device"_s));
+    }
+}
+
 TEST_F(PageRequests, ACertificatesProblemIsNamed) {
     WebServer expired(WebServer::Scheme::https, u"expired"_s);
     open(expired.url(u"/"_s));

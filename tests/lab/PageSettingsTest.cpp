@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What pages see of the settings that a person makes on the device.
+#include "AccessibleObject.h"
 #include "LabDesktop.h"
 #include "LabFolders.h"
 
@@ -110,6 +111,42 @@ TEST_F(PageSettings, ReducedMotionIsKeptWithTheDevice) {
     settings.close();
     EXPECT_EQ(simctl({u"bootstatus"_s, m_udid, u"-b"_s}).status, 0);
     EXPECT_TRUE(reducedMotion(u"measure-again"_s));
+}
+
+TEST_F(PageSettings, ReducedMotionIsChosenInTheDevicesMenu) {
+    const QStringList show{u"-a"_s, u"Simulator"_s, u"--args"_s, u"-CurrentDeviceUDID"_s, m_udid};
+    const auto press = [](const QString& name) {
+        return waitFor([&] {
+            for (const AccessibleObject& window : AccessibleObject::windows(u"com.apple.iphonesimulator"_s)) {
+                const auto found = window.find(
+                    [&](const AccessibleObject& object) { return object.name() == name && object.isShowing(); });
+                if (found && found->press()) {
+                    return true;
+                }
+            }
+            return false;
+        });
+    };
+    const auto sees = [&](const QString& page, bool isReduced) {
+        return waitFor([&] {
+            const QJsonObject report = server.last(page);
+            return !report.isEmpty() && report[u"reducedMotion"].toBool() == isReduced;
+        });
+    };
+    ASSERT_EQ(runLab(u"open"_s, show).status, 0);
+    simctl({u"openurl"_s, m_udid, server.url(u"measure"_s)});
+    ASSERT_TRUE(sees(u"measure"_s, false));
+
+    ASSERT_TRUE(press(u"Device"_s) && press(u"Reduce Motion"_s));
+    EXPECT_TRUE(sees(u"measure"_s, true)) << "the page that is open";
+
+    EXPECT_EQ(simctl({u"shutdown"_s, m_udid}).status, 0);
+    ASSERT_EQ(runLab(u"open"_s, show).status, 0);
+    simctl({u"openurl"_s, m_udid, server.url(u"measure-again"_s)});
+    EXPECT_TRUE(sees(u"measure-again"_s, true)) << "a page after the next boot";
+
+    ASSERT_TRUE(press(u"Device"_s) && press(u"Reduce Motion"_s));
+    EXPECT_TRUE(sees(u"measure-again"_s, false));
 }
 
 } // namespace

@@ -20,6 +20,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <memory>
+#include <set>
 #include <string_view>
 
 namespace corvanta {
@@ -166,6 +167,83 @@ TEST_F(Simulator, ShowsItsWindowAndGoesOnWithoutIt) {
     EXPECT_EQ(server.last(u"page"_s)[u"width"].toInt(), 402);
     EXPECT_EQ(runLab(u"open"_s, show).status, 0);
     EXPECT_FALSE(window(title).isEmpty());
+}
+
+/// The window's largest icon; null without any.
+QImage iconOf(std::uint32_t window) {
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(xcb_connect(nullptr, nullptr),
+                                                                                  xcb_disconnect);
+    constexpr std::string_view name = "_NET_WM_ICON";
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
+        xcb_intern_atom_reply(connection.get(), xcb_intern_atom(connection.get(), 0, name.size(), name.data()),
+                              nullptr),
+        std::free);
+    constexpr std::uint32_t longest = 1U << 20U;
+    const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+        xcb_get_property_reply(connection.get(),
+                               xcb_get_property(connection.get(), 0, window, atom->atom, XCB_ATOM_CARDINAL, 0, longest),
+                               nullptr),
+        std::free);
+    const auto* words = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    const auto* const end = words + xcb_get_property_value_length(reply.get()) / 4;
+    QImage largest;
+    while (end - words > 2) {
+        const QSize size(static_cast<int>(words[0]), static_cast<int>(words[1]));
+        words += 2;
+        if (end - words < qsizetype(size.width()) * size.height()) {
+            break;
+        }
+        if (size.width() > largest.width()) {
+            largest = QImage(reinterpret_cast<const uchar*>(words), size.width(), size.height(), QImage::Format_ARGB32)
+                          .copy();
+        }
+        words += qsizetype(size.width()) * size.height();
+    }
+    return largest;
+}
+
+TEST_F(Simulator, GivesItsWindowItsIcon) {
+    const QString udid = create(u"iPhone 16 Pro"_s);
+    EXPECT_EQ(runLab(u"open"_s, {u"-a"_s, u"Simulator"_s, u"--args"_s, u"-CurrentDeviceUDID"_s, udid}).status, 0);
+    const QImage icon = iconOf(window(u"iPhone 16 Pro – iOS 18.2"_s).toUInt());
+    ASSERT_GE(icon.width(), 32);
+    // Between the screen's cards and in the highest one, as the picture has them.
+    const auto at = [&](double x, double y) { return icon.pixelColor(int(x * icon.width()), int(y * icon.height())); };
+    EXPECT_GT(at(0.5, 0.72).lightness(), 180);
+    EXPECT_EQ(at(0.5, 0.38), QColor(0x5d, 0x6b, 0xd8));
+    EXPECT_EQ(at(0.01, 0.01).alpha(), 0);
+}
+
+TEST_F(Simulator, DrawsNoLinesAroundTheScreen) {
+    const QString name = u"iPad mini (A17 Pro)"_s;
+    const QString udid = create(name);
+    runLab(u"open"_s, {u"-a"_s, u"Simulator"_s, u"--args"_s, u"-CurrentDeviceUDID"_s, udid});
+    const QString id = window(name + u" – iOS 18.2"_s);
+    // The screen's edges are between whole pixels at most sizes.
+    for (const QSize size : {QSize(470, 950), QSize(471, 950), QSize(500, 800), QSize(333, 640)}) {
+        runServing(u"xdotool"_s, {u"windowsize"_s, id, QString::number(size.width()), QString::number(size.height())});
+        const QRect screen = DeviceLayout::fit(*lab::findDeviceType(name), size).screen.toAlignedRect();
+        std::set<QRgb> colours;
+        const auto isPlain = [&] {
+            const QImage picture =
+                QImage::fromData(runServing(u"import"_s, {u"-window"_s, id, u"png:-"_s}).output, "PNG");
+            if (picture.size() != size) {
+                return false;
+            }
+            colours.clear();
+            for (int distance = 1; distance <= 4; ++distance) {
+                const QRect around = screen.adjusted(-distance, -distance, distance, distance);
+                for (const QPoint place : {QPoint(around.left(), screen.top() + screen.height() / 4),
+                                           QPoint(around.right(), screen.top() + screen.height() / 4),
+                                           QPoint(screen.left() + screen.width() / 4, around.top()),
+                                           QPoint(screen.left() + screen.width() / 4, around.bottom())}) {
+                    colours.insert(picture.pixel(place));
+                }
+            }
+            return colours.size() == 1;
+        };
+        EXPECT_TRUE(waitFor(isPlain)) << size.width() << "x" << size.height() << ": " << colours.size() << " colours";
+    }
 }
 
 TEST_F(Simulator, LeavesTheFocusAloneWhenOpenedInTheBackground) {

@@ -51,7 +51,7 @@ TEXT
   tools/check-layering tools/check-header || failed+=(layering)
   say "Shell scripts"
   shellcheck -x dev .ci/run tools/dev/*.sh tools/dev/fresh-root tools/dev/headless-session tools/dev/with-sample-page tools/check-layering tools/check-header \
-    tests/support/virtual-desktop ||
+    tests/support/virtual-desktop tests/screenshots/device-screenshots ||
     failed+=("shell scripts")
   say "Headers"
   check_headers "$sources" || failed+=(headers)

@@ -33,9 +33,10 @@ TEXT
   check_preset "$preset"
   ensure_setup
   if [[ $devices == true ]]; then
-    build_preset "$preset" --target SimulatorDevice --target simctl --target xcrun --target open
+    build_preset "$preset" --target SimulatorDevice --target simctl --target xcrun --target open \
+      --target SampleServer
     rm -rf -- build/screenshots/devices
-    tests/support/virtual-desktop --size 1600x1200 --limit 600 tests/screenshots/device-screenshots \
+    tests/support/virtual-desktop --size 1600x1200 --limit 1200 tests/screenshots/device-screenshots \
       "$CORVANTA_ROOT/build/$preset/libexec/corvanta-lab" "$CORVANTA_ROOT/build/screenshots/devices"
     return
   fi

@@ -55,6 +55,103 @@ GlibPointer<GVariant> ask(const Accessible& object, const char* interface, const
                                     parameters, nullptr, G_DBUS_CALL_FLAGS_NONE, answerLimit, nullptr, nullptr));
 }
 
+/// The answers to one question to each of the objects, asked all at once; null from those that are gone. One after
+/// another, the questions of a whole tree wait longer for a turn of the processor than for their answers.
+std::vector<GlibPointer<GVariant>> askAll(const std::vector<Accessible>& objects, const char* interface,
+                                          const char* method, const std::function<GVariant*()>& parameters) {
+    struct Question {
+        GlibPointer<GVariant> answer;
+        std::size_t* unanswered;
+    };
+
+    std::size_t unanswered = objects.size();
+    std::vector<Question> questions(objects.size());
+    // Of its own, so that nothing else is served meanwhile.
+    GMainContext* const context = g_main_context_new();
+    g_main_context_push_thread_default(context);
+    for (std::size_t index = 0; index < objects.size(); ++index) {
+        questions[index].unanswered = &unanswered;
+        g_dbus_connection_call(
+            accessibilityBus(), objects[index].owner.c_str(), objects[index].path.c_str(), interface, method,
+            parameters(), nullptr, G_DBUS_CALL_FLAGS_NONE, answerLimit, nullptr,
+            [](GObject* bus, GAsyncResult* result, gpointer data) {
+                auto* const question = static_cast<Question*>(data);
+                question->answer.reset(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
+                --*question->unanswered;
+            },
+            &questions[index]);
+    }
+    while (unanswered > 0)
+        g_main_context_iteration(context, TRUE);
+    g_main_context_pop_thread_default(context);
+    g_main_context_unref(context);
+    std::vector<GlibPointer<GVariant>> answers;
+    answers.reserve(questions.size());
+    for (Question& question : questions)
+        answers.push_back(std::move(question.answer));
+    return answers;
+}
+
+std::string nameIn(GVariant* answer) {
+    GVariant* rawValue = nullptr;
+    g_variant_get(answer, "(v)", &rawValue);
+    const GlibPointer<GVariant> value(rawValue);
+    return g_variant_get_string(value.get(), nullptr);
+}
+
+GVariant* nameQuestion() {
+    return g_variant_new("(ss)", "org.a11y.atspi.Accessible", "Name");
+}
+
+std::vector<Accessible> childrenIn(GVariant* answer) {
+    std::vector<Accessible> result;
+    GVariantIter* iterator = nullptr;
+    g_variant_get(answer, "(a(so))", &iterator);
+    const char* owner = nullptr;
+    const char* path = nullptr;
+    while (g_variant_iter_next(iterator, "(&s&o)", &owner, &path) != FALSE)
+        result.push_back({owner, path});
+    g_variant_iter_free(iterator);
+    return result;
+}
+
+std::optional<Accessible> childIn(GVariant* answer) {
+    const char* owner = nullptr;
+    const char* path = nullptr;
+    g_variant_get(answer, "((&s&o))", &owner, &path);
+    return std::string_view(path).ends_with("/null") ? std::nullopt : std::optional(Accessible{owner, path});
+}
+
+/// The children of all of the objects.
+std::vector<Accessible> childrenOf(const std::vector<Accessible>& parents) {
+    std::vector<Accessible> result;
+    std::vector<Accessible> childless;
+    const auto lists = askAll(parents, "org.a11y.atspi.Accessible", "GetChildren", [] { return nullptr; });
+    for (std::size_t index = 0; index < parents.size(); ++index) {
+        const auto list = lists[index] ? childrenIn(lists[index].get()) : std::vector<Accessible>();
+        std::ranges::copy(list, std::back_inserter(result));
+        if (lists[index] && list.empty())
+            childless.push_back(parents[index]);
+    }
+    // What another process has put into this one's window is told one by one only.
+    for (const auto& answer :
+         askAll(childless, "org.a11y.atspi.Accessible", "GetChildAtIndex", [] { return g_variant_new("(i)", 0); })) {
+        if (const auto child = answer ? childIn(answer.get()) : std::nullopt)
+            result.push_back(*child);
+    }
+    return result;
+}
+
+/// The first of them with the name.
+std::optional<Accessible> oneNamed(const std::vector<Accessible>& objects, const std::string& name) {
+    const auto names = askAll(objects, "org.freedesktop.DBus.Properties", "Get", nameQuestion);
+    for (std::size_t index = 0; index < objects.size(); ++index) {
+        if (names[index] && nameIn(names[index].get()) == name)
+            return objects[index];
+    }
+    return std::nullopt;
+}
+
 std::optional<Accessible> firstDescendant(const Accessible& root, int depth,
                                           const std::function<bool(const Accessible&)>& matches) {
     if (depth == 0)
@@ -118,14 +215,8 @@ std::string complaints(const std::string& output) {
 } // namespace
 
 std::string Accessible::name() const {
-    const auto answer = ask(*this, "org.freedesktop.DBus.Properties", "Get",
-                            g_variant_new("(ss)", "org.a11y.atspi.Accessible", "Name"));
-    if (!answer)
-        return {};
-    GVariant* rawValue = nullptr;
-    g_variant_get(answer.get(), "(v)", &rawValue);
-    const GlibPointer<GVariant> value(rawValue);
-    return g_variant_get_string(value.get(), nullptr);
+    const auto answer = ask(*this, "org.freedesktop.DBus.Properties", "Get", nameQuestion());
+    return answer ? nameIn(answer.get()) : std::string();
 }
 
 std::uint32_t Accessible::role() const {
@@ -158,27 +249,7 @@ bool Accessible::isChecked() const {
 }
 
 std::vector<Accessible> Accessible::children() const {
-    std::vector<Accessible> result;
-    const auto answer = ask(*this, "org.a11y.atspi.Accessible", "GetChildren");
-    if (!answer)
-        return result;
-    GVariantIter* iterator = nullptr;
-    g_variant_get(answer.get(), "(a(so))", &iterator);
-    const char* childOwner = nullptr;
-    const char* childPath = nullptr;
-    while (g_variant_iter_next(iterator, "(&s&o)", &childOwner, &childPath) != FALSE)
-        result.push_back({childOwner, childPath});
-    g_variant_iter_free(iterator);
-    if (!result.empty())
-        return result;
-    // What another process has put into this one's window is told one by one only.
-    const auto single = ask(*this, "org.a11y.atspi.Accessible", "GetChildAtIndex", g_variant_new("(i)", 0));
-    if (single) {
-        g_variant_get(single.get(), "((&s&o))", &childOwner, &childPath);
-        if (!std::string_view(childPath).ends_with("/null"))
-            result.push_back({childOwner, childPath});
-    }
-    return result;
+    return childrenOf({*this});
 }
 
 bool Accessible::doAction() const {
@@ -264,7 +335,7 @@ std::string RunningProgram::finish() {
     return textOfFile(m_errorPath);
 }
 
-TestDevice::TestDevice(std::string udid, const std::string& name, const std::string& runtime,
+TestDevice::TestDevice(const std::string& udid, const std::string& name, const std::string& runtime,
                        const std::string& labHome)
     : m_busName("dev.corvanta.Lab.Device.U" + udid)
     , m_program({DEVICE_FIXTURE, udid, name, runtime}, labHome) {}
@@ -356,14 +427,18 @@ void SafariDesktop::startSafari(std::vector<std::string> arguments) {
 
 bool SafariDesktop::eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
     const auto end = std::chrono::steady_clock::now() + limit;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
+    for (;;) {
+        const auto start = std::chrono::steady_clock::now();
+        if (condition())
+            return true;
+        const auto now = std::chrono::steady_clock::now();
+        if (now > end)
             return false;
         while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
         }
-        std::this_thread::sleep_for(5ms);
+        // Whoever is asked has as long for what is waited for as for its answers.
+        std::this_thread::sleep_for(std::max<std::chrono::steady_clock::duration>(now - start, 5ms));
     }
-    return true;
 }
 
 std::vector<Accessible> SafariDesktop::frames() const {
@@ -429,11 +504,11 @@ bool SafariDesktop::press(const std::vector<std::string>& titles) const {
 }
 
 std::optional<Accessible> SafariDesktop::inFrame(const std::string& start, const std::string& name, int depth) const {
-    for (const Accessible& frame : frames()) {
-        if (!frame.name().starts_with(start))
-            continue;
-        if (auto found = firstDescendant(frame, depth,
-                                         [&name](const Accessible& candidate) { return candidate.name() == name; }))
+    std::vector<Accessible> level = frames();
+    std::erase_if(level, [&start](const Accessible& frame) { return !frame.name().starts_with(start); });
+    for (; depth > 0 && !level.empty(); --depth) {
+        level = childrenOf(level);
+        if (auto found = oneNamed(level, name))
             return found;
     }
     return std::nullopt;

@@ -72,7 +72,8 @@ private:
 /// One device fixture with its remote controls.
 class TestDevice {
 public:
-    TestDevice(std::string udid, const std::string& name, const std::string& runtime, const std::string& labHome);
+    TestDevice(const std::string& udid, const std::string& name, const std::string& runtime,
+               const std::string& labHome);
 
     void open(const std::string& url) const;
     void navigate(unsigned page, const std::string& url) const;
@@ -129,7 +130,7 @@ protected:
     [[nodiscard]] bool isChecked(const std::vector<std::string>& titles) const;
     /// What a page's item is called, and does, on the accessibility bus.
     bool press(const std::vector<std::string>& titles) const;
-    /// The first object below some frame whose title begins with `start` that has the name, at most `depth` levels
+    /// The highest object below a frame whose title begins with `start` that has the name, at most `depth` levels
     /// down.
     [[nodiscard]] std::optional<Accessible> inFrame(const std::string& start, const std::string& name, int depth) const;
     /// Whether below some frame whose title begins with `start` is a named object, at most `depth` levels down.
