@@ -109,6 +109,18 @@ void takeAccessibilityAway() {
     outliveMemories();
 }
 
+/// Whether there is an accessibility bus with a registry that answers.
+bool isAccessibilityBack() {
+    const auto request =
+        QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s);
+    const QDBusReply<QString> address = QDBusConnection::sessionBus().call(request);
+    // Not over a connection of this process, which stays with the bus that has gone.
+    return address.isValid() &&
+           QProcess::execute(u"dbus-send"_s, {u"--bus="_s + address.value(), u"--print-reply=literal"_s,
+                                              u"--dest=org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s,
+                                              u"org.a11y.atspi.Accessible.GetRole"_s}) == 0;
+}
+
 /// The process of the page that was opened last: its engine has one for each.
 int newestPageProcess(int device) {
     int newest = 0;
@@ -386,6 +398,7 @@ void FaultyLab::lift(const Application& application) {
         return;
     case Fault::accessibilityGone:
         setAccessibility(true);
+        require(eventually(isAccessibilityBack), u"the accessibility bus does not come back"_s);
         // Who was on the bus that has gone does not come to another one by itself.
         killAndWait(safariName);
         killAndWait(deviceBusName());

@@ -84,11 +84,11 @@ bool PacedReport::holds(int processID) const {
     return file.readAll().startsWith(QByteArray::number(SYS_write) + " 0x1 ");
 }
 
-void PacedReport::goOn() {
+void PacedReport::goOn(const std::optional<QString>& nextStop) {
     {
         const std::lock_guard lock(m_mutex);
         m_isLeft = false;
-        m_stopBeginning.reset();
+        m_stopBeginning = nextStop;
     }
     m_changed.notify_all();
 }

@@ -32,7 +32,8 @@ public:
     void stopAfter(const QString& beginning);
     /// Whether the program waits with a line in its hand.
     [[nodiscard]] bool holds(int processID) const;
-    void goOn();
+    /// Lets the program go on, to the next stop where there is one to be.
+    void goOn(const std::optional<QString>& nextStop = std::nullopt);
 
     /// The lines so far, without their times: a phase's name, or a text with two spaces in front.
     [[nodiscard]] QStringList lines() const;
