@@ -3,7 +3,9 @@
 
 #include "support/NameOrder.h"
 
+#include <QCoroSignal>
 #include <QDBusMessage>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -78,6 +80,42 @@ bool AtspiAccessibilityClient::isSettled() {
 bool AtspiAccessibilityClient::requestTrust() {
     m_bus.enable();
     return isTrusted();
+}
+
+QCoro::Task<void> AtspiAccessibilityClient::lookAhead(QString bundleIdentifier) {
+    if (!isTrusted())
+        co_return;
+    QStringList processes;
+    for (const AtspiReference& root : m_applications.named(bundleIdentifier)) {
+        processes.append(root.bus);
+        if (AtspiMirror& known = mirror(root.bus); !known.isRecent())
+            known.refresh();
+    }
+    // This client may be gone when the waiting ends.
+    const QPointer<AtspiArrivals> arrivals(&m_arrivals);
+    ++m_lookingAhead;
+    const auto end = std::chrono::steady_clock::now() + hangLimit;
+    while (arrivals && isExpected(processes)) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        if (left <= std::chrono::milliseconds::zero())
+            break;
+        co_await qCoro(arrivals.data(), &AtspiArrivals::arrived, left);
+    }
+    if (arrivals)
+        --m_lookingAhead;
+}
+
+bool AtspiAccessibilityClient::isExpected(const QStringList& processes) const {
+    return std::ranges::any_of(processes, [this](const QString& process) {
+        const auto known = m_mirrors.find(process);
+        return known != m_mirrors.end() && known->second->isExpected();
+    });
+}
+
+void AtspiAccessibilityClient::noteArrival() {
+    // Whoever reads just now is not interrupted.
+    if (m_lookingAhead > 0)
+        QMetaObject::invokeMethod(&m_arrivals, &AtspiArrivals::arrived, Qt::QueuedConnection);
 }
 
 std::optional<AccessibilityElement> AtspiAccessibilityClient::application(const QString& bundleIdentifier) {
@@ -198,7 +236,8 @@ AtspiMirror& AtspiAccessibilityClient::mirror(const QString& process) {
     if (!mirror) {
         const bool isProgram = m_applications.contains(process);
         mirror = std::make_unique<AtspiMirror>(
-            m_bus, process, isProgram ? AtspiMirror::Extent::everything : AtspiMirror::Extent::onDemand);
+            m_bus, process, isProgram ? AtspiMirror::Extent::everything : AtspiMirror::Extent::onDemand,
+            [this] { noteArrival(); });
     }
     return *mirror;
 }
@@ -361,7 +400,7 @@ bool AtspiAccessibilityClient::press(const AtspiReference& reference) {
         // The entries are on the bus without the menu being shown. Who presses it is about to read them, and the
         // windows of the program's other processes as well.
         for (const AtspiReference& root : m_applications.namedLike(reference.bus))
-            this->mirror(root.bus).refresh();
+            this->mirror(root.bus).refreshForLater();
         return true;
     }
     // GTK 3 reports success for an insensitive entry and does nothing.
