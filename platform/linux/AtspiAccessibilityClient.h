@@ -67,7 +67,6 @@ private:
     bool connect();
     void refreshKeptReady();
     [[nodiscard]] bool isExpected(const QStringList& processes) const;
-    void noteArrival();
     AtspiMirror& mirror(const QString& process);
     void await(const std::vector<AtspiMirror*>& mirrors);
     const AtspiItem* item(const AtspiReference& reference);
@@ -91,7 +90,6 @@ private:
     AtspiWindows m_windowsBehind;
     unsigned m_generation = 0;
     AtspiArrivals m_arrivals;
-    int m_lookingAhead = 0;
     std::map<QString, std::unique_ptr<AtspiMirror>> m_mirrors;
 };
 

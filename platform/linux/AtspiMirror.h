@@ -24,7 +24,7 @@ public:
     static constexpr std::chrono::milliseconds lifetime{100};
 
     /// How old they may be at their first reading by one who has announced it: a pause of the driver goes before that.
-    static constexpr std::chrono::milliseconds announcedLifetime{400};
+    static constexpr std::chrono::milliseconds announcedLifetime = corvanta::announcedLifetime;
 
     /// How long they are read as they were while their process is asked and silent.
     static constexpr std::chrono::milliseconds patience = silenceOfABusyProgram;
