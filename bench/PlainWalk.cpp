@@ -65,12 +65,7 @@ int main(int argc, char** argv) {
     if (argc != 2)
         return 64;
     atspi_init();
-    AtspiAccessible* menuBar = menuBarOf(argv[1]);
-    // On a busy machine the program's registration may still be on its way to this one.
-    for (int attempt = 0; menuBar == nullptr && attempt < 100; ++attempt) {
-        g_usleep(100'000);
-        menuBar = menuBarOf(argv[1]);
-    }
+    AtspiAccessible* const menuBar = menuBarOf(argv[1]);
     std::puts(menuBar != nullptr ? "ready" : "missing");
     std::fflush(stdout);
     for (std::string line; menuBar != nullptr && std::getline(std::cin, line);) {

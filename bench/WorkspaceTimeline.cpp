@@ -6,7 +6,8 @@
 //
 // Of a call on the accessibility interface the part counts as another program's in which the main thread did not run;
 // what it computed meanwhile is Corvanta's. Time in which several things were waited for is counted once. The processor
-// time of the main thread and of the whole program stands beside, whatever was waited for meanwhile.
+// time of the main thread and of the whole program stands beside, whatever was waited for meanwhile, and so does the
+// time in which the main thread was ready and other programs had the processors ("queue"), which is part of the rest.
 #include "Desktop.h"
 #include "Platform.h"
 #include "shell/CorvantaApp.h"
@@ -85,12 +86,13 @@ public:
     /// Notes how much processor time has been used so far; once a millisecond is enough.
     void noteUse() {
         if (m_uses.empty() || now() - m_uses.back().at > 1e-3)
-            m_uses.push_back({now(), usedMilliseconds() / 1e3, processSeconds()});
+            m_uses.push_back({now(), usedMilliseconds() / 1e3, queuedMilliseconds() / 1e3, processSeconds()});
     }
 
     struct Use {
         double at;
         double mainThread;
+        double queued;
         double process;
     };
 
@@ -156,6 +158,17 @@ private:
 };
 
 class RecordedAccessibility final : public AccessibilityClient {
+private:
+    // Before its uses, which deduce its type.
+    template<class Call>
+    auto recorded(const Call& call) {
+        const double begin = m_recording.now();
+        const double used = usedMilliseconds();
+        auto result = call();
+        add(begin, used);
+        return result;
+    }
+
 public:
     RecordedAccessibility(AccessibilityClient& client, Recording& recording)
         : m_client(client)
@@ -194,15 +207,6 @@ public:
     }
 
 private:
-    template<class Call>
-    auto recorded(const Call& call) {
-        const double begin = m_recording.now();
-        const double used = usedMilliseconds();
-        auto result = call();
-        add(begin, used);
-        return result;
-    }
-
     /// What the main thread computed is not waiting; it is taken from the beginning.
     void add(double begin, double usedBefore) {
         const double end = m_recording.now();
@@ -384,8 +388,8 @@ int main(int argc, char** argv) {
     }
 
     const std::vector<Phase> phases = reportedPhases(reportFile.readAll());
-    std::printf("%-22s %8s %8s %10s %9s %10s %9s %13s %11s\n", "phase", "at s", "lasts s", "pauses s", "tools s",
-                "answers s", "rest s", "main thread s", "processor s");
+    std::printf("%-22s %8s %8s %10s %9s %10s %9s %9s %13s %11s\n", "phase", "at s", "lasts s", "pauses s", "tools s",
+                "answers s", "rest s", "queue s", "main thread s", "processor s");
     double start = 0;
     double end = 0;
     double rest = 0;
@@ -402,9 +406,9 @@ int main(int argc, char** argv) {
         const Recording::Use before = copy.used(from);
         const Recording::Use after = copy.used(to);
         rest += own;
-        std::printf("%-22s %8.2f %8.2f %10.2f %9.2f %10.3f %9.3f %13.3f %11.3f\n", qUtf8Printable(phases[at].name),
-                    from, to - from, pauses, tools, answers, own, after.mainThread - before.mainThread,
-                    after.process - before.process);
+        std::printf("%-22s %8.2f %8.2f %10.2f %9.2f %10.3f %9.3f %9.3f %13.3f %11.3f\n",
+                    qUtf8Printable(phases[at].name), from, to - from, pauses, tools, answers, own,
+                    after.queued - before.queued, after.mainThread - before.mainThread, after.process - before.process);
     }
     std::puts("\ntools, in the order in which they ended:");
     for (const Span& span : copy.spans()) {
