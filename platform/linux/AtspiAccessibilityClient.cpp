@@ -110,7 +110,7 @@ bool AtspiAccessibilityClient::requestTrust() {
 QCoro::Task<void> AtspiAccessibilityClient::lookAhead(QString bundleIdentifier) {
     // This client may be gone when the waiting ends.
     const QPointer<AtspiArrivals> arrivals(&m_arrivals);
-    const auto end = std::chrono::steady_clock::now() + hangLimit;
+    const auto end = std::chrono::steady_clock::now() + lookAheadLimit;
     const auto left = [end] {
         return std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
     };

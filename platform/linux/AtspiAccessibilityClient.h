@@ -63,6 +63,8 @@ private:
     using Value = std::optional<AccessibilityValue>;
 
     static constexpr std::chrono::milliseconds hangLimit{80};
+    /// Longer, since this waiting holds nobody up but the look itself.
+    static constexpr std::chrono::milliseconds lookAheadLimit{250};
 
     bool connect();
     void refreshKeptReady();
