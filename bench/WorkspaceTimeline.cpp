@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What one start of a workspace on the device lab spends its time on, phase by phase: the pauses that belong to it, the
-// developer tools and Safari, and the rest, which is Corvanta's own. Runs the whole program on the real desktop with a
-// recorder between it and the platform. Exits with 1 when the rest is above its goal.
+// developer tools, the answers of other programs on the accessibility bus, and the rest, which is Corvanta's own. Runs
+// the whole program on the real desktop with a recorder between it and the platform. Exits with 1 when the rest is
+// above its goal.
+//
+// Of a call on the accessibility interface the part counts as another program's in which the main thread did not run;
+// what it computed meanwhile is Corvanta's. Time in which several things were waited for is counted once. The processor
+// time of the main thread and of the whole program stands beside, whatever was waited for meanwhile, and so does the
+// time in which the main thread was ready and other programs had the processors ("queue"), which is part of the rest.
 #include "Desktop.h"
 #include "Platform.h"
 #include "shell/CorvantaApp.h"
@@ -13,6 +19,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -29,7 +36,7 @@ constexpr double goal = 0.03;
 
 /// Something that was waited for.
 struct Span {
-    enum class Kind { pause, tool };
+    enum class Kind { pause, tool, answer };
     Kind kind;
     QString what;
     double begin;
@@ -59,10 +66,63 @@ public:
         return sum;
     }
 
+    /// Seconds between two times in which something was waited for.
+    [[nodiscard]] double waited(double from, double to) const {
+        std::vector<std::pair<double, double>> parts;
+        for (const Span& span : m_spans) {
+            if (span.end > from && span.begin < to)
+                parts.emplace_back(std::max(span.begin, from), std::min(span.end, to));
+        }
+        std::ranges::sort(parts);
+        double sum = 0;
+        double reached = from;
+        for (const auto& [begin, end] : parts) {
+            sum += std::max(0.0, end - std::max(begin, reached));
+            reached = std::max(reached, end);
+        }
+        return sum;
+    }
+
+    /// Notes how much processor time has been used so far; once a millisecond is enough.
+    void noteUse() {
+        if (m_uses.empty() || now() - m_uses.back().at > 1e-3)
+            m_uses.push_back({now(), usedMilliseconds() / 1e3, queuedMilliseconds() / 1e3, processSeconds()});
+    }
+
+    struct Use {
+        double at;
+        double mainThread;
+        double queued;
+        double process;
+    };
+
+    /// What had been used when it was noted last before that time.
+    [[nodiscard]] Use used(double at) const {
+        Use last{};
+        for (const Use& use : m_uses) {
+            // The program's report of its phases is in hundredths of a second.
+            if (use.at <= at + 5e-3)
+                last = use;
+        }
+        return last;
+    }
+
+    void copyTo(Recording& other) const {
+        other.m_spans = m_spans;
+        other.m_uses = m_uses;
+    }
+
 private:
+    static double processSeconds() {
+        timespec used{};
+        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+        return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) / 1e9;
+    }
+
     const Clock& m_clock;
     const Clock::TimePoint m_start;
     std::vector<Span> m_spans;
+    std::vector<Use> m_uses;
 };
 
 class RecordedClock final : public Clock {
@@ -71,7 +131,11 @@ public:
         : m_clock(clock)
         , m_recording(clock) {}
 
-    [[nodiscard]] TimePoint now() const override { return m_clock.now(); }
+    [[nodiscard]] TimePoint now() const override {
+        // The program reads the clock when it reports a phase.
+        m_recording.noteUse();
+        return m_clock.now();
+    }
 
     [[nodiscard]] QCoro::Task<SleepResult> sleepFor(Duration duration, CancellationToken token) override {
         const double begin = m_recording.now();
@@ -90,7 +154,70 @@ public:
 
 private:
     Clock& m_clock;
-    Recording m_recording;
+    mutable Recording m_recording;
+};
+
+class RecordedAccessibility final : public AccessibilityClient {
+private:
+    // Before its uses, which deduce its type.
+    template<class Call>
+    auto recorded(const Call& call) {
+        const double begin = m_recording.now();
+        const double used = usedMilliseconds();
+        auto result = call();
+        add(begin, used);
+        return result;
+    }
+
+public:
+    RecordedAccessibility(AccessibilityClient& client, Recording& recording)
+        : m_client(client)
+        , m_recording(recording) {}
+
+    [[nodiscard]] bool isTrusted() override {
+        return recorded([this] { return m_client.isTrusted(); });
+    }
+
+    bool requestTrust() override {
+        return recorded([this] { return m_client.requestTrust(); });
+    }
+
+    [[nodiscard]] QCoro::Task<void> lookAhead(QString bundleIdentifier) override {
+        const double begin = m_recording.now();
+        const double used = usedMilliseconds();
+        co_await m_client.lookAhead(std::move(bundleIdentifier));
+        add(begin, used);
+    }
+
+    [[nodiscard]] std::optional<AccessibilityElement> application(const QString& bundleIdentifier) override {
+        return recorded([&] { return m_client.application(bundleIdentifier); });
+    }
+
+    [[nodiscard]] std::optional<AccessibilityValue> attribute(const AccessibilityElement& element,
+                                                              QStringView name) override {
+        return recorded([&] { return m_client.attribute(element, name); });
+    }
+
+    bool setAttribute(const AccessibilityElement& element, QStringView name, const AccessibilityValue& value) override {
+        return recorded([&] { return m_client.setAttribute(element, name, value); });
+    }
+
+    bool performAction(const AccessibilityElement& element, QStringView name) override {
+        return recorded([&] { return m_client.performAction(element, name); });
+    }
+
+private:
+    /// What the main thread computed is not waiting; it is taken from the beginning.
+    void add(double begin, double usedBefore) {
+        const double end = m_recording.now();
+        begin += (usedMilliseconds() - usedBefore) / 1e3;
+        // Most calls are answered from what is known.
+        if (end - begin > 1e-4)
+            m_recording.add({Span::Kind::answer, u"accessibility"_s, begin, end});
+    }
+
+    AccessibilityClient& m_client;
+    Recording& m_recording;
 };
 
 class RecordedRunner final : public CommandRunning {
@@ -156,7 +283,7 @@ public:
 
     [[nodiscard]] QCoro::Task<void> untilReady() override { return m_platform->untilReady(); }
 
-    [[nodiscard]] AccessibilityClient& accessibility() override { return m_platform->accessibility(); }
+    [[nodiscard]] AccessibilityClient& accessibility() override { return m_accessibility; }
 
     [[nodiscard]] Desktop& desktop() override { return m_desktop; }
 
@@ -183,6 +310,7 @@ public:
 private:
     std::unique_ptr<Platform> m_platform;
     RecordedClock m_clock{m_platform->clock()};
+    RecordedAccessibility m_accessibility{m_platform->accessibility(), m_clock.recording()};
     RecordedDesktop m_desktop{m_platform->desktop(), m_clock.recording()};
 };
 
@@ -249,8 +377,7 @@ int main(int argc, char** argv) {
         applyAppearance(application);
         app.start();
         status = QApplication::exec();
-        for (const Span& span : recording.spans())
-            copy.add(span);
+        recording.copyTo(copy);
         std::fflush(stdout);
         dup2(output, STDOUT_FILENO);
     }
@@ -261,7 +388,8 @@ int main(int argc, char** argv) {
     }
 
     const std::vector<Phase> phases = reportedPhases(reportFile.readAll());
-    std::printf("%-22s %8s %8s %10s %9s %9s\n", "phase", "at s", "lasts s", "pauses s", "tools s", "rest s");
+    std::printf("%-22s %8s %8s %10s %9s %10s %9s %9s %13s %11s\n", "phase", "at s", "lasts s", "pauses s", "tools s",
+                "answers s", "rest s", "queue s", "main thread s", "processor s");
     double start = 0;
     double end = 0;
     double rest = 0;
@@ -273,9 +401,14 @@ int main(int argc, char** argv) {
         end = to;
         const double pauses = copy.total(Span::Kind::pause, from, to);
         const double tools = copy.total(Span::Kind::tool, from, to);
-        rest += to - from - pauses - tools;
-        std::printf("%-22s %8.2f %8.2f %10.2f %9.2f %9.2f\n", qUtf8Printable(phases[at].name), from, to - from, pauses,
-                    tools, to - from - pauses - tools);
+        const double answers = copy.total(Span::Kind::answer, from, to);
+        const double own = to - from - copy.waited(from, to);
+        const Recording::Use before = copy.used(from);
+        const Recording::Use after = copy.used(to);
+        rest += own;
+        std::printf("%-22s %8.2f %8.2f %10.2f %9.2f %10.3f %9.3f %9.3f %13.3f %11.3f\n",
+                    qUtf8Printable(phases[at].name), from, to - from, pauses, tools, answers, own,
+                    after.queued - before.queued, after.mainThread - before.mainThread, after.process - before.process);
     }
     std::puts("\ntools, in the order in which they ended:");
     for (const Span& span : copy.spans()) {

@@ -75,6 +75,8 @@ QCoro::Task<void> SafariAXInspector::pauseInMenu(AccessibilityElement developIte
 
 QCoro::Task<SafariAXInspector::DeviceMenu> SafariAXInspector::openDeviceMenu(QString deviceName,
                                                                              CancellationToken token) {
+    if (!token.isCancelled())
+        co_await m_client.lookAhead(m_safariBundleIdentifier);
     if (token.isCancelled())
         throw CancelledError();
     if (!m_client.isTrusted())
@@ -141,27 +143,27 @@ QCoro::Task<std::vector<SafariTarget>> SafariAXInspector::snapshotTargets(QStrin
     co_return targets;
 }
 
-std::vector<AccessibilityElement> SafariAXInspector::inspectorWindows() {
+std::vector<AccessibilityElement> SafariAXInspector::safariWindows() {
     const auto application = AXSupport::application(m_client, m_safariBundleIdentifier);
-    if (!application)
-        return {};
-    auto windows = AXSupport::windows(m_client, *application);
-    std::erase_if(windows, [this](const auto& window) { return !AXSupport::isWebInspectorWindow(m_client, window); });
-    return windows;
+    return application ? AXSupport::windows(m_client, *application) : std::vector<AccessibilityElement>();
 }
 
 QSet<std::size_t> SafariAXInspector::inspectorWindowHashes() {
     QSet<std::size_t> hashes;
-    for (const AccessibilityElement& window : inspectorWindows())
-        hashes.insert(window.hash());
+    for (const AccessibilityElement& window : safariWindows()) {
+        if (AXSupport::isWebInspectorWindow(m_client, window))
+            hashes.insert(window.hash());
+    }
     return hashes;
 }
 
 QCoro::Task<std::optional<AccessibilityElement>> SafariAXInspector::waitForInspectorWindow(QSet<std::size_t> excluding,
                                                                                            CancellationToken token) {
     for (int look = 0; look < inspectorWindowLooks; ++look) {
-        for (const AccessibilityElement& window : inspectorWindows()) {
-            if (!excluding.contains(window.hash()))
+        co_await m_client.lookAhead(m_safariBundleIdentifier);
+        // Telling whether a window is an inspector may mean reading a whole page.
+        for (const AccessibilityElement& window : safariWindows()) {
+            if (!excluding.contains(window.hash()) && AXSupport::isWebInspectorWindow(m_client, window))
                 co_return window;
         }
         co_await pause(inspectorWindowInterval, token);
@@ -172,6 +174,7 @@ QCoro::Task<std::optional<AccessibilityElement>> SafariAXInspector::waitForInspe
 QCoro::Task<QSet<std::size_t>> SafariAXInspector::pressTarget(SafariTarget target, QString deviceName,
                                                               CancellationToken token) {
     const auto turn = co_await m_menuTurns.next();
+    co_await m_client.lookAhead(m_safariBundleIdentifier);
     QSet<std::size_t> existing = inspectorWindowHashes();
     const DeviceMenu menu = co_await openDeviceMenu(deviceName, token);
     [[maybe_unused]] const AccessibilityMenuNode root = readDeviceMenu(menu.deviceItem);
@@ -205,7 +208,12 @@ std::optional<AccessibilityElement> SafariAXInspector::managedInspectorWindow() 
 }
 
 bool SafariAXInspector::managedInspectorIsPresent() {
-    return m_managedInspectorWindow && inspectorWindowHashes().contains(m_managedInspectorWindow->hash());
+    if (!m_managedInspectorWindow)
+        return false;
+    const auto windows = safariWindows();
+    return std::ranges::any_of(windows, [this](const AccessibilityElement& window) {
+        return window.hash() == m_managedInspectorWindow->hash() && AXSupport::isWebInspectorWindow(m_client, window);
+    });
 }
 
 } // namespace corvanta

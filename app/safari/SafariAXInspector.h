@@ -57,7 +57,7 @@ private:
     [[nodiscard]] AccessibilityMenuNode readDeviceMenu(const AccessibilityElement& deviceItem);
     [[nodiscard]] AccessibilityMenuNode makeNode(const AccessibilityElement& element, const std::vector<int>& path,
                                                  ElementMap& elementMap);
-    [[nodiscard]] std::vector<AccessibilityElement> inspectorWindows();
+    [[nodiscard]] std::vector<AccessibilityElement> safariWindows();
     [[nodiscard]] QSet<std::size_t> inspectorWindowHashes();
     void closeWindow(const AccessibilityElement& window);
 

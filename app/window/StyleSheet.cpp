@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QFile>
 #include <QFontDatabase>
+#include <QProxyStyle>
 #include <QStyle>
 #include <QStyleFactory>
 
@@ -102,12 +103,31 @@ private:
     QApplication& m_application;
 };
 
+/// Fusion with the one picture that a menu bar asks for at once drawn as a symbol: the picture file of the base style
+/// would bring in every reader of picture formats that is installed.
+class WindowStyle final : public QProxyStyle {
+public:
+    WindowStyle()
+        : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
+
+    [[nodiscard]] QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
+                                     const QWidget* widget) const override {
+        if (icon == SP_ToolBarHorizontalExtensionButton)
+            return Symbols::icon(Symbol::chevronRight, Tint::text);
+        return QProxyStyle::standardIcon(icon, option, widget);
+    }
+};
+
 } // namespace
 
 void prepareAppearance() {
     Symbols::initialise();
-    if (const QString style = QApplication::style()->name(); style != u"macos" && style != u"fusion")
-        QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    // The style sheet's own style hides ours once there is a style sheet, and is named after it.
+    if (!qApp->styleSheet().isEmpty())
+        return;
+    const QStyle* const style = QApplication::style();
+    if (style->name() != u"macos" && dynamic_cast<const WindowStyle*>(style) == nullptr)
+        QApplication::setStyle(new WindowStyle);
 }
 
 void applyAppearance(QApplication& application) {

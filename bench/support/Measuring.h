@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstddef>
 #include <ctime>
+#include <fstream>
 #include <utility>
 #include <vector>
 
@@ -26,6 +27,15 @@ inline double usedMilliseconds() {
     timespec used{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
     return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
+}
+
+/// How long this thread has been ready to run while others had the processors, as the system counts it.
+inline double queuedMilliseconds() {
+    std::ifstream file("/proc/thread-self/schedstat");
+    double ran = 0;
+    double queued = 0;
+    file >> ran >> queued;
+    return queued / 1e6;
 }
 
 /// The value below which that part of the others lies; `values` must not be empty.

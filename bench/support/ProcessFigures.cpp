@@ -50,6 +50,7 @@ ProcessFigures ProcessFigures::of(pid_t process) {
     ProcessFigures figures;
     const std::string folder = folderOf(process);
     const std::string memory = folder + "/smaps_rollup";
+    figures.residentKilobytes = numberIn(memory, "Rss");
     figures.privateKilobytes = numberIn(memory, "Private_Clean") + numberIn(memory, "Private_Dirty");
     figures.anonymousKilobytes = numberIn(memory, "Anonymous");
     figures.proportionalKilobytes = numberIn(memory, "Pss");

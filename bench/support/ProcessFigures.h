@@ -11,6 +11,8 @@ namespace corvanta::bench {
 struct ProcessFigures {
     /// Processor time of its living threads.
     double processorMilliseconds = 0;
+    /// All that is in memory for it, whoever else uses it as well.
+    long residentKilobytes = 0;
     /// What no other process shares: read from files, and made by itself.
     long privateKilobytes = 0;
     /// The part of it that it made itself, which the system cannot drop.

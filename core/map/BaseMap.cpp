@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "map/BaseMap.h"
 
+#include "support/MappedPages.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -128,6 +130,8 @@ std::unique_ptr<BaseMap> BaseMap::open(const QString& path, QString* error) {
         if (data != nullptr)
             map->m_data = Bytes(data, static_cast<std::size_t>(size));
         problem = map->parse();
+        if (data != nullptr)
+            letMappedPagesGo(data, map->m_data.size());
     }
     if (error != nullptr)
         *error = problem;

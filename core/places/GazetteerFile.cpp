@@ -2,6 +2,7 @@
 #include "places/GazetteerFile.h"
 
 #include "places/GazetteerError.h"
+#include "support/MappedPages.h"
 
 #include <QtEndian>
 
@@ -127,7 +128,9 @@ std::size_t blocks(std::uint32_t count, std::uint32_t size) {
 } // namespace
 
 GazetteerFile::GazetteerFile(const QString& path) {
-    readSections(map(path));
+    const Bytes mapped = map(path);
+    readSections(mapped);
+    letMappedPagesGo(mapped.data(), mapped.size());
 }
 
 GazetteerFile::Bytes GazetteerFile::map(const QString& path) {

@@ -4,9 +4,13 @@
 #include "support/NameOrder.h"
 
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QPointer>
+#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
+#include <coroutine>
 #include <utility>
 
 namespace corvanta {
@@ -14,6 +18,29 @@ namespace corvanta {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+
+/// Suspends the awaiting coroutine until the turn after a signal, or until a limit has passed.
+class SignalAwaiter {
+public:
+    template<class Sender, class Signal>
+    SignalAwaiter(const Sender& sender, Signal signal, std::chrono::milliseconds limit) {
+        m_timer.setSingleShot(true);
+        m_timer.setInterval(limit);
+        QObject::connect(&sender, signal, &m_timer, [this] { m_timer.setInterval(0); });
+    }
+
+    [[nodiscard]] bool await_ready() const noexcept { return false; }
+
+    void await_suspend(std::coroutine_handle<> handle) {
+        QObject::connect(&m_timer, &QTimer::timeout, [handle] { handle.resume(); });
+        m_timer.start();
+    }
+
+    void await_resume() const noexcept {}
+
+private:
+    QTimer m_timer;
+};
 
 } // namespace
 
@@ -78,6 +105,42 @@ bool AtspiAccessibilityClient::isSettled() {
 bool AtspiAccessibilityClient::requestTrust() {
     m_bus.enable();
     return isTrusted();
+}
+
+QCoro::Task<void> AtspiAccessibilityClient::lookAhead(QString bundleIdentifier) {
+    // This client may be gone when the waiting ends.
+    const QPointer<AtspiArrivals> arrivals(&m_arrivals);
+    const auto end = std::chrono::steady_clock::now() + lookAheadLimit;
+    const auto left = [end] {
+        return std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+    };
+    if (connect()) {
+        for (std::optional<QDBusPendingCall> question : {m_bus.askWhetherEnabled(), m_applications.ask()}) {
+            if (!question || left() <= std::chrono::milliseconds::zero())
+                continue;
+            const QDBusPendingCallWatcher watcher(*question);
+            co_await SignalAwaiter(watcher, &QDBusPendingCallWatcher::finished, left());
+            if (!arrivals)
+                co_return;
+        }
+    }
+    if (!isTrusted())
+        co_return;
+    QStringList processes;
+    for (const AtspiReference& root : m_applications.named(bundleIdentifier)) {
+        processes.append(root.bus);
+        if (AtspiMirror& known = mirror(root.bus); !known.isRecent())
+            known.refresh();
+    }
+    while (arrivals && isExpected(processes) && left() > std::chrono::milliseconds::zero())
+        co_await SignalAwaiter(*arrivals, &AtspiArrivals::arrived, left());
+}
+
+bool AtspiAccessibilityClient::isExpected(const QStringList& processes) const {
+    return std::ranges::any_of(processes, [this](const QString& process) {
+        const auto known = m_mirrors.find(process);
+        return known != m_mirrors.end() && known->second->isExpected();
+    });
 }
 
 std::optional<AccessibilityElement> AtspiAccessibilityClient::application(const QString& bundleIdentifier) {
@@ -198,7 +261,8 @@ AtspiMirror& AtspiAccessibilityClient::mirror(const QString& process) {
     if (!mirror) {
         const bool isProgram = m_applications.contains(process);
         mirror = std::make_unique<AtspiMirror>(
-            m_bus, process, isProgram ? AtspiMirror::Extent::everything : AtspiMirror::Extent::onDemand);
+            m_bus, process, isProgram ? AtspiMirror::Extent::everything : AtspiMirror::Extent::onDemand,
+            [this] { Q_EMIT m_arrivals.arrived(); });
     }
     return *mirror;
 }
@@ -361,7 +425,9 @@ bool AtspiAccessibilityClient::press(const AtspiReference& reference) {
         // The entries are on the bus without the menu being shown. Who presses it is about to read them, and the
         // windows of the program's other processes as well.
         for (const AtspiReference& root : m_applications.namedLike(reference.bus))
-            this->mirror(root.bus).refresh();
+            this->mirror(root.bus).refreshForLater();
+        (void)m_applications.ask();
+        (void)m_bus.askWhetherEnabled();
         return true;
     }
     // GTK 3 reports success for an insensitive entry and does nothing.

@@ -18,6 +18,14 @@
 
 namespace corvanta {
 
+/// Tells that the objects of a program are here.
+class AtspiArrivals final : public QObject {
+    Q_OBJECT
+
+Q_SIGNALS:
+    void arrived();
+};
+
 /// The accessibility client on the desktop's accessibility bus (AT-SPI), under the names of macOS.
 ///
 /// An application element stands for every program on the bus that carries the bundle identifier as its name. Reads
@@ -33,6 +41,7 @@ public:
 
     [[nodiscard]] bool isTrusted() override;
     bool requestTrust() override;
+    [[nodiscard]] QCoro::Task<void> lookAhead(QString bundleIdentifier) override;
     [[nodiscard]] std::optional<AccessibilityElement> application(const QString& bundleIdentifier) override;
     [[nodiscard]] std::optional<AccessibilityValue> attribute(const AccessibilityElement& element,
                                                               QStringView name) override;
@@ -53,8 +62,13 @@ private:
     class Node;
     using Value = std::optional<AccessibilityValue>;
 
+    static constexpr std::chrono::milliseconds hangLimit{80};
+    /// Longer, since this waiting holds nobody up but the look itself.
+    static constexpr std::chrono::milliseconds lookAheadLimit{250};
+
     bool connect();
     void refreshKeptReady();
+    [[nodiscard]] bool isExpected(const QStringList& processes) const;
     AtspiMirror& mirror(const QString& process);
     void await(const std::vector<AtspiMirror*>& mirrors);
     const AtspiItem* item(const AtspiReference& reference);
@@ -69,7 +83,7 @@ private:
 
     X11Windows& m_windows;
     std::function<Point()> m_primaryOrigin;
-    HangAllowance m_allowance{std::chrono::milliseconds(80)};
+    HangAllowance m_allowance{hangLimit};
     QStringList m_keptReady;
     QElapsedTimer m_keptReadyAge;
     HangAllowance m_pageAllowance{std::chrono::milliseconds(20)};
@@ -77,6 +91,7 @@ private:
     AtspiApplications m_applications;
     AtspiWindows m_windowsBehind;
     unsigned m_generation = 0;
+    AtspiArrivals m_arrivals;
     std::map<QString, std::unique_ptr<AtspiMirror>> m_mirrors;
 };
 

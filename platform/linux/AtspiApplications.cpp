@@ -65,34 +65,47 @@ void AtspiApplications::clear() {
     m_hasAnswered = false;
 }
 
-void AtspiApplications::update() {
-    if (!m_age.hasExpired(lifetime.count()))
-        return;
+std::optional<QDBusPendingCall> AtspiApplications::ask() {
+    if (m_rootsCall && m_rootsCall->isStale())
+        takeAnswer();
     if (!m_rootsCall) {
         m_rootsCall.emplace(m_bus.call({u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s},
                                        u"org.a11y.atspi.Accessible"_s, u"GetChildren"_s));
     }
+    return m_rootsCall->pending.isFinished() ? std::nullopt : std::optional(m_rootsCall->pending);
+}
+
+void AtspiApplications::update() {
+    if (!m_age.hasExpired(lifetime.count()))
+        return;
+    (void)ask();
     if (!m_allowance.wait(*m_rootsCall)) {
         if (m_rootsCall->isOverdue())
             m_applications.clear();
         return;
     }
-    const std::optional<QList<AtspiReference>> roots = parseReferences(m_rootsCall->pending.reply());
-    m_rootsCall.reset();
-    m_hasAnswered = roots.has_value();
-    if (!roots) {
-        m_applications.clear();
-        m_age.invalidate();
+    if (!takeAnswer())
         return;
-    }
     m_age.start();
-    takeRoots(*roots);
     for (Application& application : m_applications)
         takeProcessId(application);
     for (Application& application : m_applications)
         askName(application);
     for (Application& application : m_applications)
         takeName(application);
+}
+
+bool AtspiApplications::takeAnswer() {
+    const std::optional<QList<AtspiReference>> roots = parseReferences(m_rootsCall->pending.reply());
+    m_rootsCall.reset();
+    m_hasAnswered = roots.has_value();
+    if (roots) {
+        takeRoots(*roots);
+    } else {
+        m_applications.clear();
+        m_age.invalidate();
+    }
+    return m_hasAnswered;
 }
 
 void AtspiApplications::takeRoots(const QList<AtspiReference>& roots) {

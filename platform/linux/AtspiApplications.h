@@ -28,6 +28,9 @@ public:
 
     [[nodiscard]] std::optional<std::uint32_t> processId(const QString& process);
 
+    /// Asks anew without waiting, for a look that comes later. The answer under way; nothing where there is none.
+    [[nodiscard]] std::optional<QDBusPendingCall> ask();
+
     [[nodiscard]] bool contains(const QString& process) const;
 
     void expire() { m_age.invalidate(); }
@@ -45,6 +48,8 @@ private:
     };
 
     void update();
+    /// Takes the list that was asked for; false when it could not be read.
+    bool takeAnswer();
     void takeRoots(const QList<AtspiReference>& roots);
     void takeProcessId(Application& application);
     void askName(Application& application);

@@ -44,21 +44,32 @@ bool AtspiBus::isConnected() {
     return m_connection.has_value();
 }
 
-bool AtspiBus::isEnabled() {
-    if (!m_enabledAge.hasExpired(enabledLifetime.count()))
-        return m_isEnabled;
+std::optional<QDBusPendingCall> AtspiBus::askWhetherEnabled() {
+    if (m_enabledCall && m_enabledCall->isStale())
+        takeWhetherEnabled();
     if (!m_enabledCall) {
         QDBusMessage message = sessionCall(propertiesInterface, u"Get"_s);
         message << statusInterface << u"IsEnabled"_s;
         m_enabledCall.emplace(QDBusConnection::sessionBus().asyncCall(message, noTimeLimit));
     }
+    return m_enabledCall->pending.isFinished() ? std::nullopt : std::optional(m_enabledCall->pending);
+}
+
+bool AtspiBus::isEnabled() {
+    if (!m_enabledAge.hasExpired(enabledLifetime.count()))
+        return m_isEnabled;
+    (void)askWhetherEnabled();
     if (!m_allowance.wait(*m_enabledCall))
         return m_isEnabled && !m_enabledCall->isOverdue();
+    takeWhetherEnabled();
+    m_enabledAge.start();
+    return m_isEnabled;
+}
+
+void AtspiBus::takeWhetherEnabled() {
     const QDBusPendingReply<QDBusVariant> reply = m_enabledCall->pending;
     m_isEnabled = reply.isValid() && reply.value().variant().toBool();
     m_enabledCall.reset();
-    m_enabledAge.start();
-    return m_isEnabled;
 }
 
 void AtspiBus::enable() {

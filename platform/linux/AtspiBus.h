@@ -27,6 +27,10 @@ public:
     /// Whether the session's assistive-technology switch is on. Asked of the session again when the answer has aged.
     [[nodiscard]] bool isEnabled();
 
+    /// Asks for the switch anew without waiting, for a look that comes later. The answer under way; nothing where there
+    /// is none.
+    [[nodiscard]] std::optional<QDBusPendingCall> askWhetherEnabled();
+
     /// Whether the session has answered that question since it was asked last.
     [[nodiscard]] bool knowsWhetherEnabled() const { return m_enabledAge.isValid() && !m_enabledCall; }
 
@@ -49,6 +53,7 @@ private Q_SLOTS:
 
 private:
     void requestAddress();
+    void takeWhetherEnabled();
     void takeAddress(const QDBusPendingReply<QString>& reply);
     void disconnectFromBus();
 

@@ -139,13 +139,14 @@ void AtspiFetch::askChildren(const QString& path, int level) {
 void AtspiFetch::takeItems(const QDBusMessage& reply) {
     m_itemsCall.reset();
     ++m_answers;
-    const std::optional<QList<AtspiItem>> items = parseItems(reply);
+    std::optional<QList<AtspiItem>> items = parseItems(reply);
     if (!items) {
         askObject(rootPath, {}, 0);
         return;
     }
-    for (const AtspiItem& item : *items)
-        m_tree.insert(item);
+    m_tree.reserve(items->size());
+    for (AtspiItem& item : *items)
+        m_tree.insert(std::move(item));
     m_tree.link();
     const QList<QString> incomplete = m_tree.withUnknownChildren();
     for (const QString& path : incomplete)
@@ -177,7 +178,7 @@ bool AtspiFetch::takeObject(const ObjectCalls& calls) {
     item.childCount = properties.value().value(u"ChildCount"_s, -1).toInt();
     item.role = static_cast<AtspiRole>(role.value());
     item.states = parseStates(calls.states.reply()).value_or(0);
-    m_tree.insert(item);
+    m_tree.insert(std::move(item));
     if (calls.level >= m_limits.levels)
         return true;
     takeList(calls.path, calls.children, calls.level);

@@ -2,8 +2,6 @@
 #include "AtspiMessages.h"
 
 #include <QDBusArgument>
-#include <QDBusObjectPath>
-#include <QStringList>
 
 #include <utility>
 
@@ -25,12 +23,21 @@ std::optional<QDBusArgument> onlyArgument(const QDBusMessage& reply, QStringView
 
 AtspiReference readReference(const QDBusArgument& argument) {
     AtspiReference reference;
-    QDBusObjectPath path;
     argument.beginStructure();
-    argument >> reference.bus >> path;
+    // The bus has checked the path, so that it is read as the text that it is.
+    argument >> reference.bus >> reference.path;
     argument.endStructure();
-    reference.path = path.path();
     return reference;
+}
+
+void skipReference(const QDBusArgument& argument) {
+    argument.beginStructure();
+    argument.endStructure();
+}
+
+void skipArray(const QDBusArgument& argument) {
+    argument.beginArray();
+    argument.endArray();
 }
 
 std::uint64_t readStates(const QDBusArgument& argument) {
@@ -50,13 +57,14 @@ std::uint64_t readStates(const QDBusArgument& argument) {
 
 AtspiItem readItem(const QDBusArgument& argument) {
     AtspiItem item;
-    QStringList interfaces;
     quint32 role = 0;
     argument.beginStructure();
     item.reference = readReference(argument);
-    readReference(argument);
+    skipReference(argument);
     item.parent = readReference(argument);
-    argument >> item.indexInParent >> item.childCount >> interfaces >> item.name >> role >> item.description;
+    argument >> item.indexInParent >> item.childCount;
+    skipArray(argument);
+    argument >> item.name >> role >> item.description;
     item.states = readStates(argument);
     argument.endStructure();
     item.role = static_cast<AtspiRole>(role);
@@ -71,8 +79,18 @@ std::optional<QList<AtspiItem>> parseItems(const QDBusMessage& reply) {
         return std::nullopt;
     QList<AtspiItem> items;
     argument->beginArray();
-    while (!argument->atEnd())
-        items.append(readItem(*argument));
+    while (!argument->atEnd()) {
+        AtspiItem item = readItem(*argument);
+        // Most have the same process and neighbours the same parent, whose names are kept once.
+        if (!items.isEmpty()) {
+            const AtspiItem& last = items.constLast();
+            if (item.reference.bus == last.reference.bus)
+                item.reference.bus = last.reference.bus;
+            if (item.parent == last.parent)
+                item.parent = last.parent;
+        }
+        items.append(std::move(item));
+    }
     argument->endArray();
     return items;
 }

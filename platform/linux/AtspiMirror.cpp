@@ -14,10 +14,11 @@ constexpr qsizetype objectsOnDemand = 400;
 
 } // namespace
 
-AtspiMirror::AtspiMirror(const AtspiBus& bus, QString process, Extent extent)
+AtspiMirror::AtspiMirror(const AtspiBus& bus, QString process, Extent extent, std::function<void()> noteSettled)
     : m_bus(bus)
     , m_process(std::move(process))
-    , m_extent(extent) {}
+    , m_extent(extent)
+    , m_noteSettled(std::move(noteSettled)) {}
 
 void AtspiMirror::refresh() {
     if (m_extent != Extent::everything)
@@ -25,6 +26,11 @@ void AtspiMirror::refresh() {
     if (!m_fetch)
         begin(AtspiFetch::everything(m_bus, m_process), false);
     m_fetch->watch([this] { settle(); });
+}
+
+void AtspiMirror::refreshForLater() {
+    refresh();
+    m_isAnnounced = m_extent == Extent::everything;
 }
 
 void AtspiMirror::request(const QString& path) {
@@ -72,6 +78,7 @@ bool AtspiMirror::settle() {
         m_tree = std::move(tree);
         m_age.start();
     }
+    m_noteSettled();
     return true;
 }
 
@@ -81,7 +88,13 @@ void AtspiMirror::giveUp() {
         m_fetch->watch([this] { settle(); });
 }
 
-const AtspiItem* AtspiMirror::item(const QString& path) const {
+const AtspiItem* AtspiMirror::item(const QString& path) {
+    if (m_isAnnounced && !m_fetch) {
+        // From its first reading on it is as any other.
+        if (isFresh())
+            m_age.start();
+        m_isAnnounced = false;
+    }
     const bool isSilent = m_fetch && m_silence.hasExpired(patience.count());
     return isSilent ? nullptr : m_tree.item(path);
 }

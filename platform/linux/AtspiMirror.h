@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace corvanta {
@@ -22,6 +23,9 @@ public:
     /// How old objects may be when they are read.
     static constexpr std::chrono::milliseconds lifetime{100};
 
+    /// How old they may be at their first reading by one who has announced it: a pause of the driver goes before that.
+    static constexpr std::chrono::milliseconds announcedLifetime = corvanta::announcedLifetime;
+
     /// How long they are read as they were while their process is asked and silent.
     static constexpr std::chrono::milliseconds patience = silenceOfABusyProgram;
 
@@ -30,10 +34,14 @@ public:
         onDemand,   ///< A page inside another program, of any size: what is asked for and the next levels below.
     };
 
-    AtspiMirror(const AtspiBus& bus, QString process, Extent extent);
+    /// `noteSettled` is called when nothing is on its way any more.
+    AtspiMirror(const AtspiBus& bus, QString process, Extent extent, std::function<void()> noteSettled);
 
     /// Begins to fetch everything anew unless that is under way; it arrives through the event loop.
     void refresh();
+
+    /// The same for one who reads it after a pause.
+    void refreshForLater();
 
     /// Begins to fetch what reading that object and its children needs, unless it is here or on its way.
     void request(const QString& path);
@@ -50,12 +58,20 @@ public:
     void expire() { m_age.invalidate(); }
 
     /// Whether what is here is recent enough to be read without waiting.
-    [[nodiscard]] bool isFresh() const { return !m_age.hasExpired(lifetime.count()); }
+    [[nodiscard]] bool isFresh() const {
+        return !m_age.hasExpired((m_isAnnounced && !m_fetch ? announcedLifetime : lifetime).count());
+    }
+
+    /// Whether it is recent whoever has announced a reading.
+    [[nodiscard]] bool isRecent() const { return !m_age.hasExpired(lifetime.count()); }
+
+    /// Whether something is on its way that deserves to be waited for.
+    [[nodiscard]] bool isExpected() const { return m_fetch && !m_isGivenUp; }
 
     [[nodiscard]] bool isPage() const { return m_extent == Extent::onDemand; }
 
     /// Null when it is not known or the process has been silent for too long.
-    [[nodiscard]] const AtspiItem* item(const QString& path) const;
+    [[nodiscard]] const AtspiItem* item(const QString& path);
 
     [[nodiscard]] const AtspiTree& tree() const { return m_tree; }
 
@@ -70,7 +86,9 @@ private:
     QElapsedTimer m_silence;
     std::unique_ptr<AtspiFetch> m_fetch;
     unsigned m_answersSeen = 0;
+    std::function<void()> m_noteSettled;
     bool m_isAddition = false;
+    bool m_isAnnounced = false;
     bool m_isGivenUp = false;
 };
 

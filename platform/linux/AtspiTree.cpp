@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "AtspiTree.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -34,26 +36,42 @@ const AtspiItem* firstWithRoleBelow(const AtspiTree& tree, const AtspiItem& item
 } // namespace
 
 const AtspiItem* AtspiTree::item(const QString& path) const {
-    const auto found = m_items.constFind(path);
-    return found == m_items.cend() ? nullptr : &*found;
+    const Place place = placeOf(path);
+    return place == nowhere ? nullptr : &m_items[place];
 }
 
-void AtspiTree::insert(const AtspiItem& item) {
-    m_items.insert(item.reference.path, item);
+AtspiTree::Place AtspiTree::placeOf(const QString& path) const {
+    return m_places.value(path, nowhere);
+}
+
+void AtspiTree::reserve(qsizetype count) {
+    m_items.reserve(static_cast<std::size_t>(count));
+    m_places.reserve(count);
+}
+
+void AtspiTree::insert(AtspiItem item) {
+    const Place known = placeOf(item.reference.path);
+    if (known != nowhere) {
+        m_items[known] = std::move(item);
+        return;
+    }
+    m_places.insert(item.reference.path, m_items.size());
+    m_items.push_back(std::move(item));
 }
 
 void AtspiTree::setChildren(const QString& path, const QList<AtspiReference>& children) {
-    const auto found = m_items.find(path);
-    if (found == m_items.end())
+    const Place place = placeOf(path);
+    if (place == nowhere)
         return;
+    AtspiItem& found = m_items[place];
     QList<AtspiReference> above;
-    for (const AtspiItem* item = &*found;
+    for (const AtspiItem* item = &found;
          item != nullptr && above.size() <= deepestLevel && !above.contains(item->reference); item = parentOf(*item))
         above.append(item->reference);
-    found->children.clear();
-    std::ranges::copy_if(children, std::back_inserter(found->children),
+    found.children.clear();
+    std::ranges::copy_if(children, std::back_inserter(found.children),
                          [&](const AtspiReference& child) { return !above.contains(child); });
-    found->areChildrenKnown = true;
+    found.areChildrenKnown = true;
 }
 
 const AtspiItem* AtspiTree::parentOf(const AtspiItem& item) const {
@@ -61,51 +79,58 @@ const AtspiItem* AtspiTree::parentOf(const AtspiItem& item) const {
     return parent != nullptr && parent->reference == item.parent ? parent : nullptr;
 }
 
-QSet<QString> AtspiTree::pathsInCircles() const {
-    QSet<QString> circles;
-    // By the walk upwards that came by first.
-    QHash<QString, qsizetype> walks;
-    qsizetype walk = 0;
-    for (const AtspiItem& start : m_items) {
-        ++walk;
-        const AtspiItem* item = &start;
-        while (item != nullptr && !walks.contains(item->reference.path)) {
-            walks.insert(item->reference.path, walk);
-            item = parentOf(*item);
-        }
-        if (item == nullptr || walks.value(item->reference.path) != walk)
+std::vector<AtspiTree::Place> AtspiTree::parents() const {
+    std::vector<Place> parents(m_items.size(), nowhere);
+    for (Place place = 0; place < m_items.size(); ++place) {
+        const AtspiReference& parent = m_items[place].parent;
+        // Children often follow each other.
+        const bool isLikeLast = place > 0 && parents[place - 1] != nowhere && m_items[place - 1].parent == parent;
+        const Place found = isLikeLast ? parents[place - 1] : placeOf(parent.path);
+        if (found != nowhere && m_items[found].reference == parent)
+            parents[place] = found;
+    }
+    // The walk upwards that came by first; none is 0.
+    std::vector<Place> walks(m_items.size(), 0);
+    std::vector<Place> inCircles;
+    for (Place start = 0; start < m_items.size(); ++start) {
+        Place place = start;
+        for (; place != nowhere && walks[place] == 0; place = parents[place])
+            walks[place] = start + 1;
+        if (place == nowhere || walks[place] != start + 1)
             continue;
         // This walk met itself: it stands in a circle now.
-        while (!circles.contains(item->reference.path)) {
-            circles.insert(item->reference.path);
-            item = parentOf(*item);
+        for (const Place met = place; inCircles.empty() || inCircles.back() != met;) {
+            place = parents[place];
+            inCircles.push_back(place);
         }
     }
-    return circles;
+    for (const Place place : inCircles)
+        parents[place] = nowhere;
+    return parents;
 }
 
 void AtspiTree::link() {
-    using Child = std::pair<int, AtspiReference>;
-    const QSet<QString> circles = pathsInCircles();
-    QHash<QString, QList<Child>> byParent;
-    for (const AtspiItem& item : std::as_const(m_items)) {
-        if (parentOf(item) != nullptr && !circles.contains(item.reference.path))
-            byParent[item.parent.path].append({item.indexInParent, item.reference});
+    const std::vector<Place> parents = this->parents();
+    std::vector<std::vector<Place>> children(m_items.size());
+    for (Place place = 0; place < m_items.size(); ++place) {
+        if (parents[place] != nowhere)
+            children[parents[place]].push_back(place);
     }
-    for (AtspiItem& item : m_items) {
-        if (item.areChildrenKnown || item.childCount < 0)
+    const auto index = [this](Place place) { return m_items[place].indexInParent; };
+    for (Place place = 0; place < m_items.size(); ++place) {
+        AtspiItem& item = m_items[place];
+        std::vector<Place>& below = children[place];
+        if (item.areChildrenKnown || item.childCount < 0 || std::cmp_not_equal(below.size(), item.childCount))
             continue;
-        QList<Child> children = byParent.value(item.reference.path);
-        if (children.size() != item.childCount)
-            continue;
-        std::ranges::sort(children, {}, &Child::first);
+        std::ranges::sort(below, {}, index);
         const bool isInOrder =
-            children.size() < 2 ||
-            std::ranges::all_of(children, [&](const Child& child) { return child.first == &child - children.data(); });
+            below.size() < 2 ||
+            std::ranges::all_of(below, [&](const Place& child) { return index(child) == &child - below.data(); });
         if (!isInOrder)
             continue;
-        for (const Child& child : std::as_const(children))
-            item.children.append(child.second);
+        item.children.reserve(static_cast<qsizetype>(below.size()));
+        for (const Place child : below)
+            item.children.append(m_items[child].reference);
         item.areChildrenKnown = true;
     }
 }
@@ -123,7 +148,8 @@ bool AtspiTree::opensSubmenu(const AtspiItem& item) const {
 }
 
 void AtspiTree::merge(const AtspiTree& other) {
-    m_items.insert(other.m_items);
+    for (const AtspiItem& item : other.m_items)
+        insert(item);
 }
 
 QList<QString> AtspiTree::withUnknownChildren() const {

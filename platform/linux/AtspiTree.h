@@ -4,7 +4,8 @@
 #include "AtspiItem.h"
 
 #include <QHash>
-#include <QSet>
+
+#include <vector>
 
 namespace corvanta {
 
@@ -14,9 +15,12 @@ public:
     /// The object at that path; null when it is not known. Valid until the tree changes.
     [[nodiscard]] const AtspiItem* item(const QString& path) const;
 
-    [[nodiscard]] qsizetype size() const { return m_items.size(); }
+    [[nodiscard]] qsizetype size() const { return static_cast<qsizetype>(m_items.size()); }
 
-    void insert(const AtspiItem& item);
+    /// Makes room for that many objects.
+    void reserve(qsizetype count);
+
+    void insert(AtspiItem item);
 
     /// Takes the program's own list of an object's children. The object itself and those above it are left out.
     void setChildren(const QString& path, const QList<AtspiReference>& children);
@@ -42,9 +46,16 @@ private:
     /// Null where the parent is not known or another process's.
     [[nodiscard]] const AtspiItem* parentOf(const AtspiItem& item) const;
 
-    [[nodiscard]] QSet<QString> pathsInCircles() const;
+    using Place = std::size_t;
+    static constexpr Place nowhere = static_cast<Place>(-1);
 
-    QHash<QString, AtspiItem> m_items;
+    [[nodiscard]] Place placeOf(const QString& path) const;
+
+    /// Where each object's parent is; nowhere where that is not known or leads back to the object.
+    [[nodiscard]] std::vector<Place> parents() const;
+
+    std::vector<AtspiItem> m_items;
+    QHash<QString, Place> m_places;
 };
 
 } // namespace corvanta

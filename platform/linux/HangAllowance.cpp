@@ -11,7 +11,9 @@ namespace corvanta {
 namespace {
 
 constexpr std::chrono::nanoseconds firstPoll = std::chrono::microseconds(100);
-constexpr std::chrono::nanoseconds longestPoll = std::chrono::milliseconds(1);
+constexpr std::chrono::nanoseconds longestPoll = std::chrono::milliseconds(4);
+/// What a look may come too late, as a part of what was waited before.
+constexpr int lateness = 4;
 
 } // namespace
 
@@ -19,7 +21,6 @@ bool HangAllowance::wait(const std::function<bool()>& isDone, const Pause& pause
     if (isDone())
         return true;
     const auto start = std::chrono::steady_clock::now();
-    std::chrono::nanoseconds poll = firstPoll;
     for (;;) {
         const auto waited = std::chrono::steady_clock::now() - start;
         if (m_used + waited >= m_perTurn) {
@@ -30,8 +31,8 @@ bool HangAllowance::wait(const std::function<bool()>& isDone, const Pause& pause
         if (pause) {
             pause(left);
         } else {
-            std::this_thread::sleep_for(std::min(left, poll));
-            poll = std::min(2 * poll, longestPoll);
+            std::this_thread::sleep_for(
+                std::min(left, std::clamp<std::chrono::nanoseconds>(waited / lateness, firstPoll, longestPoll)));
         }
         if (isDone())
             return true;

@@ -12,6 +12,9 @@ namespace corvanta {
 /// How long a program may be silent before it counts as one that hangs; until then what it said last stands.
 constexpr std::chrono::milliseconds silenceOfABusyProgram{5000};
 
+/// How long what was asked before a pause is good for at its first reading behind it.
+constexpr std::chrono::milliseconds announcedLifetime{400};
+
 /// How long programs that do not answer may hold the main thread in one turn of its event loop, all of them together.
 class HangAllowance {
 public:
@@ -31,6 +34,11 @@ public:
         QDBusPendingCall pending;
         bool isLate = false;
         std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
+
+        /// Whether the answer may have lain here unread for longer than it is good for.
+        [[nodiscard]] bool isStale() const {
+            return pending.isFinished() && std::chrono::steady_clock::now() - begin > announcedLifetime;
+        }
 
         /// Whether the answer has been missing for longer than a busy program needs.
         [[nodiscard]] bool isOverdue() const {

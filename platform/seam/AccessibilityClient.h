@@ -3,6 +3,7 @@
 
 #include "layout/Geometry.h"
 
+#include <QCoroTask>
 #include <QString>
 #include <QStringView>
 
@@ -70,6 +71,10 @@ public:
 
     /// Asks for the permission, with the host's own prompt where it has one, and says whether it is now granted.
     virtual bool requestTrust() = 0;
+
+    /// Gets ready for the reads of that application that follow in the same turn of the event loop, where the host
+    /// reads ahead at all. Waits without holding the thread, for a quarter of a second at most.
+    [[nodiscard]] virtual QCoro::Task<void> lookAhead([[maybe_unused]] QString bundleIdentifier) { co_return; }
 
     /// The element of the first running application with that bundle identifier.
     [[nodiscard]] virtual std::optional<AccessibilityElement> application(const QString& bundleIdentifier) = 0;
