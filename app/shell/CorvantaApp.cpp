@@ -23,10 +23,8 @@ namespace {
 constexpr int maxRecents = 10;
 /// A child process may take its time; leaving does not wait longer than this for it.
 constexpr auto leavingLimit = 2s;
-/// Finding the icon takes a while, and nobody waits for it.
+/// Finding the icon and setting encryption up take a while, and nobody waits for them.
 constexpr auto settlingTime = 200ms;
-/// Asking for updates loads encryption, and a person who has just opened the window has something else to do.
-constexpr auto updateCheckDelay = 15s;
 /// A tall, narrow window, as the left of three columns is.
 constexpr QSize defaultWindowSize(430, 860);
 
@@ -177,8 +175,7 @@ QCoro::Task<void> CorvantaApp::settleIn(CancellationToken token) {
     if (co_await m_platform->clock().sleepFor(settlingTime, token) == SleepResult::cancelled)
         co_return;
     m_menuBarExtra.show();
-    if (co_await m_platform->clock().sleepFor(updateCheckDelay, token) == SleepResult::elapsed)
-        co_await m_updateChecker.checkAutomatically();
+    co_await m_updateChecker.checkAutomatically();
 }
 
 QCoro::Task<void> CorvantaApp::firstAppearance() {
