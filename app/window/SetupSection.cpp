@@ -17,27 +17,6 @@ namespace corvanta {
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-/// As high with the text as with the button, so that the rows stand still. The button is measured when the line is laid
-/// out: in the making of the window it would be measured in a font and a style that it is never seen in.
-class HeaderLine final : public QWidget {
-public:
-    explicit HeaderLine(const QWidget& tallest)
-        : m_tallest(tallest) {}
-
-    [[nodiscard]] QSize sizeHint() const override { return heightened(QWidget::sizeHint()); }
-
-    [[nodiscard]] QSize minimumSizeHint() const override { return heightened(QWidget::minimumSizeHint()); }
-
-private:
-    [[nodiscard]] QSize heightened(QSize size) const { return size.expandedTo({0, m_tallest.sizeHint().height()}); }
-
-    const QWidget& m_tallest;
-};
-
-} // namespace
-
 SetupSection::SetupSection(const SectionContext& context, QWidget* parent)
     : QWidget(parent)
     , m_coordinator(context.coordinator)
@@ -51,7 +30,9 @@ SetupSection::SetupSection(const SectionContext& context, QWidget* parent)
     m_checkAgain->setShortcut(QKeySequence(Qt::ALT | Qt::Key_K));
     m_progressText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
-    auto* const header = new HeaderLine(*m_checkAgain);
+    auto* const header = new QWidget;
+    // As high with the text as with the button, so that the rows stand still.
+    header->setMinimumHeight(m_checkAgain->sizeHint().height());
     auto* const line = new QHBoxLayout(header);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(8);

@@ -190,6 +190,9 @@ QCoro::Task<void> WorkspaceCoordinator::attach(WorkspaceRun run, SafariTarget ta
     showStatus(u"Attaching Web Inspector to "_s + target.title);
     co_await m_services.safari.attach(target, device.name, run.token());
     run.check();
+    // A simulator that is busy with the page answers late, and tiling asks it once.
+    co_await m_services.accessibility.lookAhead(u"com.apple.iphonesimulator"_s);
+    run.check();
     const auto controlWindow = m_controlWindow.lock();
     if (!controlWindow)
         throw WorkspaceAutomationError::inspectorWindowUnavailable();

@@ -64,7 +64,7 @@ private:
 
     static constexpr std::chrono::milliseconds hangLimit{80};
     /// Longer, since this waiting holds nobody up but the look itself.
-    static constexpr std::chrono::milliseconds lookAheadLimit{250};
+    static constexpr std::chrono::milliseconds lookAheadLimit{1000};
 
     bool connect();
     void refreshKeptReady();

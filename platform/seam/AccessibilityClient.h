@@ -73,7 +73,7 @@ public:
     virtual bool requestTrust() = 0;
 
     /// Gets ready for the reads of that application that follow in the same turn of the event loop, where the host
-    /// reads ahead at all. Waits without holding the thread, for a quarter of a second at most.
+    /// reads ahead at all. Waits without holding the thread, for a second at most.
     [[nodiscard]] virtual QCoro::Task<void> lookAhead([[maybe_unused]] QString bundleIdentifier) { co_return; }
 
     /// The element of the first running application with that bundle identifier.
