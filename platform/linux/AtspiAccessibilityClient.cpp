@@ -114,6 +114,8 @@ QCoro::Task<void> AtspiAccessibilityClient::lookAhead(QString bundleIdentifier) 
     const auto left = [end] {
         return std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
     };
+    for (const auto& [process, known] : m_mirrors)
+        known->takeUnread();
     if (connect()) {
         for (std::optional<QDBusPendingCall> question : {m_bus.askWhetherEnabled(), m_applications.ask()}) {
             if (!question || left() <= std::chrono::milliseconds::zero())

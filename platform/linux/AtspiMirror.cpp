@@ -23,6 +23,7 @@ AtspiMirror::AtspiMirror(const AtspiBus& bus, QString process, Extent extent, st
 void AtspiMirror::refresh() {
     if (m_extent != Extent::everything)
         return;
+    takeUnread();
     if (!m_fetch)
         begin(AtspiFetch::everything(m_bus, m_process), false);
     m_fetch->watch([this] { settle(); });
@@ -34,6 +35,7 @@ void AtspiMirror::refreshForLater() {
 }
 
 void AtspiMirror::request(const QString& path) {
+    takeUnread();
     if (m_fetch)
         return;
     const bool fresh = isFresh();
@@ -55,7 +57,13 @@ void AtspiMirror::begin(std::unique_ptr<AtspiFetch> fetch, bool isAddition) {
     m_fetch = std::move(fetch);
     m_answersSeen = 0;
     m_isAddition = isAddition;
+    m_asked.start();
     m_silence.start();
+}
+
+void AtspiMirror::takeUnread() {
+    if (m_fetch && m_asked.hasExpired(announcedLifetime.count()) && settle())
+        expire();
 }
 
 bool AtspiMirror::settle() {

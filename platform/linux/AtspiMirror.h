@@ -37,6 +37,9 @@ public:
     /// `noteSettled` is called when nothing is on its way any more.
     AtspiMirror(const AtspiBus& bus, QString process, Extent extent, std::function<void()> noteSettled);
 
+    /// Makes what has lain here unread as old as can be: it came while the thread was held up, and nobody knows when.
+    void takeUnread();
+
     /// Begins to fetch everything anew unless that is under way; it arrives through the event loop.
     void refresh();
 
@@ -83,6 +86,7 @@ private:
     Extent m_extent;
     AtspiTree m_tree;
     QElapsedTimer m_age;
+    QElapsedTimer m_asked;
     QElapsedTimer m_silence;
     std::unique_ptr<AtspiFetch> m_fetch;
     unsigned m_answersSeen = 0;

@@ -28,7 +28,8 @@ std::optional<AtspiWindowMatch::Window> AtspiWindowMatch::windowBehind(const Ats
         return *told;
     std::vector<Window> titled = candidates;
     std::erase_if(titled, [&](Window window) { return facts.title(window) != title; });
-    if (!titled.empty())
+    const bool isTitled = !titled.empty();
+    if (isTitled)
         candidates = std::move(titled);
     if (candidates.empty())
         return std::nullopt;
@@ -38,7 +39,9 @@ std::optional<AtspiWindowMatch::Window> AtspiWindowMatch::windowBehind(const Ats
         best = *std::ranges::min_element(candidates, {},
                                          [&](Window window) { return distance(facts.frame(window), wanted); });
     }
-    m_told.insert(reference, best);
+    // One of another title may be only the first that the window manager knows.
+    if (isTitled)
+        m_told.insert(reference, best);
     return best;
 }
 

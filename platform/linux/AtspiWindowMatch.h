@@ -26,7 +26,8 @@ public:
     };
 
     /// The window of `candidates`, the program's own, that was told before; otherwise the one of that title, and of
-    /// several the one that lies nearest. Nothing where there are no candidates.
+    /// several the one that lies nearest. Where none has that title, the nearest of all for the time being. Nothing
+    /// where there are no candidates.
     [[nodiscard]] std::optional<Window> windowBehind(const AtspiReference& reference, const QString& title,
                                                      std::vector<Window> candidates, const Facts& facts);
 

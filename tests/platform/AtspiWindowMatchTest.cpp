@@ -90,6 +90,15 @@ TEST_F(AtspiWindowMatchTest, LooksAgainWhenTheWindowIsGone) {
     EXPECT_EQ(match.size(), 1);
 }
 
+TEST_F(AtspiWindowMatchTest, LooksAgainWhereItTookAWindowOfAnotherTitle) {
+    known = {{7, {u"Else"_s, {}}}};
+    ASSERT_EQ(behind(reference(u"/a"_s), u"A"_s), 7U);
+    EXPECT_EQ(match.size(), 0);
+    known = {{7, {u"Else"_s, {}}}, {8, {u"A"_s, {}}}};
+    EXPECT_EQ(behind(reference(u"/a"_s), u"A"_s), 8U);
+    EXPECT_EQ(match.size(), 1);
+}
+
 TEST_F(AtspiWindowMatchTest, ForgetsTheWindowsOfOneProcess) {
     known = {{7, {u"A"_s, {}}}, {8, {u"B"_s, {}}}};
     ASSERT_EQ(behind(reference(u"/a"_s), u"A"_s), 7U);
