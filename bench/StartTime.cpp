@@ -4,8 +4,8 @@
 // tells when a program has drawn into its window, and the program's answer to the window manager's question whether it
 // is alive tells when its event loop runs. Exits with 1 when a goal is missed.
 //
-// Memory is judged by all that is resident: a page of a library counts as private as long as no other program on the
-// machine has loaded that library, so that the private part tells as much of the other programs.
+// Private memory tells of the other programs as well: a page of a library counts as private as long as no other program
+// on the machine has loaded that library. So all that is resident is printed beside it.
 //
 // usage: StartTime [--runs N]
 #include "support/Measuring.h"
@@ -302,11 +302,11 @@ int main(int argc, char** argv) {
     const double painted = compare("first painted window, ms", ours.painted, bare.painted);
     const double answered = compare("window answers, ms", ours.answered, bare.answered);
     compare("processor time until then, ms", ours.processor, bare.processor);
-    const double memory = compare("resident memory then, KiB", ours.resident, bare.resident);
-    compare("  of it private, KiB", ours.memory, bare.memory);
+    compare("resident memory then, KiB", ours.resident, bare.resident);
+    const double memory = compare("  of it private, KiB", ours.memory, bare.memory);
     compare("  of it anonymous, KiB", ours.anonymous, bare.anonymous);
-    const double resting = compare("resident memory 5 s later, KiB", ours.restingResident, bare.restingResident);
-    compare("  of it private, KiB", ours.restingMemory, bare.restingMemory);
+    compare("resident memory 5 s later, KiB", ours.restingResident, bare.restingResident);
+    const double resting = compare("  of it private, KiB", ours.restingMemory, bare.restingMemory);
     compare("  of it anonymous, KiB", ours.restingAnonymous, bare.restingAnonymous);
     const double processor = median(ours.processor) - median(bare.processor);
     std::printf("\nfirst painted window at most %.1f times the bare one: %s (%.2f)\n", goalTime,
@@ -314,7 +314,7 @@ int main(int argc, char** argv) {
     std::printf("the same until it answers: %s (%.2f)\n", verdict(answered <= goalTime), answered);
     std::printf("processor time at most %.0f ms more: %s (%.1f ms)\n", goalProcessor,
                 verdict(processor <= goalProcessor), processor);
-    std::printf("resident memory at most %.1f times: %s (%.2f, later %.2f)\n", goalMemory,
+    std::printf("private memory at most %.1f times: %s (%.2f, later %.2f)\n", goalMemory,
                 verdict(memory <= goalMemory && resting <= goalMemory), memory, resting);
     const bool isGood = painted <= goalTime && answered <= goalTime && processor <= goalProcessor &&
                         memory <= goalMemory && resting <= goalMemory;

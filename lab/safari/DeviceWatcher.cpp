@@ -112,8 +112,8 @@ void DeviceWatcher::vanished(const std::string& busName) {
 void DeviceWatcher::readProperties(const std::string& busName) {
     g_dbus_connection_call(
         m_bus.get(), busName.c_str(), devicePath, "org.freedesktop.DBus.Properties", "GetAll",
-        g_variant_new("(s)", deviceInterface), G_VARIANT_TYPE("(a{sv})"), G_DBUS_CALL_FLAGS_NO_AUTO_START, deviceAnswerLimit,
-        m_cancellable.get(),
+        g_variant_new("(s)", deviceInterface), G_VARIANT_TYPE("(a{sv})"), G_DBUS_CALL_FLAGS_NO_AUTO_START,
+        deviceAnswerLimit, m_cancellable.get(),
         [](GObject* bus, GAsyncResult* result, gpointer data) {
             const std::unique_ptr<Request> request(static_cast<Request*>(data));
             GError* rawError = nullptr;

@@ -57,7 +57,7 @@ race_environment() {
 sanitizer_environment() {
   # Not strict about strings: libxkbcommon hands strndup bytes of an X reply that end without a zero, which is right.
   export ASAN_OPTIONS="detect_stack_use_after_return=1:check_initialization_order=1${ASAN_OPTIONS:+:$ASAN_OPTIONS}"
-  export UBSAN_OPTIONS="print_stacktrace=1${UBSAN_OPTIONS:+:$UBSAN_OPTIONS}"
+  export UBSAN_OPTIONS="suppressions=$CORVANTA_ROOT/tools/undefined.supp:print_stacktrace=1${UBSAN_OPTIONS:+:$UBSAN_OPTIONS}"
   export LSAN_OPTIONS="suppressions=$CORVANTA_ROOT/tools/leaks.supp:print_suppressions=0${LSAN_OPTIONS:+:$LSAN_OPTIONS}"
   # Reports have names and lines only with a symbolizer, and the packaged one has a version in its name.
   local symbolizer
