@@ -62,7 +62,7 @@ void AtspiMirror::begin(std::unique_ptr<AtspiFetch> fetch, bool isAddition) {
 }
 
 void AtspiMirror::takeUnread() {
-    if (m_fetch && m_asked.hasExpired(announcedLifetime.count()) && settle())
+    if (m_fetch && m_asked.hasExpired(lifetime.count()) && settle())
         expire();
 }
 
