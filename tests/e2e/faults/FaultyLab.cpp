@@ -309,6 +309,7 @@ void FaultyLab::inflict(Fault fault, const Application& application) {
                     return menuBar && count(*menuBar, u"Develop"_s) == 0;
                 }),
                 u"the Develop menu stays"_s);
+        outliveMemories();
         return;
     case Fault::simulatorGone:
         killAndWait(deviceBusName());
